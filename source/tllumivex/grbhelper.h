@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+
+namespace GenICam::Client {
+
+/// Conversions between GenICam feature values and library parameter values. Pure functions: safe from any thread.
+/// All throw unknown_error on a value that they do not know.
+class CGRBHelper {
+ public:
+  static uint32_t ConvertInt2GrbDecimation(uint32_t nDecimation);
+  static uint32_t ConvertGrbDecimation2Int(uint32_t nGrbDecimation);
+  static uint32_t ConvertGenICamScanType2Grb(uint32_t nScanType);
+  static uint32_t ConvertGrbScanType2GenICam(uint32_t nGrbScanType);
+};
+
+}  // namespace GenICam::Client
