@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "EventQueue.h"
+
+namespace GenICam::Client {
+
+/// Codes of the reports.
+enum ErrorEventCode : int32_t {
+  ERROR_EVENT_GENERAL = -10001,
+  ERROR_EVENT_FIFO_OVERFLOW = -10002,
+  ERROR_EVENT_SYNC_LOST = -10003,
+};
+
+/// One report: a code and a text. Kept by value in the queue.
+class CErrorEventEntry : public virtual ICommonBaseType {
+ public:
+  static constexpr size_t kMaxEventSize = 2048;
+  /// What the code and the terminator leave for the text; the size that a Consumer's block has to have.
+  static constexpr size_t kMaxDataSize = kMaxEventSize - 5;
+
+  CErrorEventEntry(int32_t iCode, const std::string &strText);
+  CErrorEventEntry(const CErrorEventEntry &other);
+
+  /// Writes the data block: the code, the text, a zero. *piSize becomes the text's length plus 5.
+  /// @throws invalidparameter_error if the block does not fit
+  void ToBuf(void *pBuffer, size_t *piSize) const;
+
+ private:
+  int32_t m_iCode;
+  std::string m_Text;
+};
+
+/// EVENT_ERROR of a data stream or a Device: a queue of at most 2000 reports.
+class CEventError : public CEventQueue<CErrorEventEntry> {
+ public:
+  CEventError();
+
+  /// Decodes a block, whatever the event's state.
+  void GetDataInfo(const void *pInBuffer, size_t iInSize, EVENT_DATA_INFO_CMD iInfoCmd, INFO_DATATYPE *piType,
+                   void *pOutBuffer, size_t *piOutSize) override;
+};
+
+}  // namespace GenICam::Client
