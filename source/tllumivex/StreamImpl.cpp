@@ -249,26 +249,30 @@ void CStreamImpl::GRB_CallbackEvent(GRB_HANDLE, uint32_t nEvents, void *pvParams
     return;
   }
   auto *pThis = static_cast<CStreamImpl *>(pvParams);
-  std::string strFailure;
   try {
     if (!pThis->m_bAcquisitionRunning) {
       pThis->OnFinalCallback();
       return;
     }
+    CDataStream *pParentStream = pThis->m_pParentStream.get();
+    if (pParentStream == nullptr) {
+      // A stop ran out of time while this callback was held up: there is nobody left to deliver to.
+      return;
+    }
     try {
       if ((nEvents & GRB_EVENT_BUFFER_READY) != 0) {
-        OnBufferReady(pThis);
+        OnBufferReady(pThis, pParentStream);
       }
       if ((nEvents & GRB_EVENT_FIFO_OVERFLOW) != 0) {
-        pThis->m_pParentStream->PostErrorEvent(ERROR_EVENT_FIFO_OVERFLOW, "'GRB FIFO Overflow' event detected.");
+        pParentStream->PostErrorEvent(ERROR_EVENT_FIFO_OVERFLOW, "'GRB FIFO Overflow' event detected.");
       }
       if ((nEvents & GRB_EVENT_SYNC_LOST) != 0) {
-        pThis->m_pParentStream->PostErrorEvent(ERROR_EVENT_SYNC_LOST, "'GRB Sync Lost' event detected.");
+        pParentStream->PostErrorEvent(ERROR_EVENT_SYNC_LOST, "'GRB Sync Lost' event detected.");
       }
     } catch (const std::exception &error) {
-      pThis->m_pParentStream->PostErrorEvent(ERROR_EVENT_GENERAL, error.what());
+      pParentStream->PostErrorEvent(ERROR_EVENT_GENERAL, error.what());
     } catch (...) {
-      pThis->m_pParentStream->PostErrorEvent(ERROR_EVENT_GENERAL, "Unknown exception caught in GRB_CallbackEvent().");
+      pParentStream->PostErrorEvent(ERROR_EVENT_GENERAL, "Unknown exception caught in GRB_CallbackEvent().");
     }
   } catch (...) {
     // The report itself failed, and the library must not see it.
@@ -282,7 +286,7 @@ void CStreamImpl::OnFinalCallback() {
   m_StopCondition.notify_all();
 }
 
-void CStreamImpl::OnBufferReady(CStreamImpl *pThis) {
+void CStreamImpl::OnBufferReady(CStreamImpl *pThis, CDataStream *pParentStream) {
   if (pThis->m_iFramesToAcquire != GENTL_INFINITE && pThis->m_iFramesCounted >= pThis->m_iFramesToAcquire) {
     // Kept: the limit stops the stream; the run lasts until the Consumer stops it.
     pThis->Stream(GRB_STREAM_STOP);
@@ -300,7 +304,7 @@ void CStreamImpl::OnBufferReady(CStreamImpl *pThis) {
                             pThis->m_iPayloadSize});
   pBufferInfo->SetTimestamp(Platform::PerformanceCounter());
   pBufferInfo->SetBufferId(static_cast<uint32_t>(pThis->m_iFramesCounted - 1));
-  const bool bDelivered = pThis->m_pParentStream->DeliverBuffer(pBufferInfo);
+  const bool bDelivered = pParentStream->DeliverBuffer(pBufferInfo);
   ++pThis->m_nAcquisitionBuffersIndex;
   if (pThis->m_nAcquisitionBuffersIndex == pThis->m_iNumBuffers) {
     pThis->m_nAcquisitionBuffersIndex = 0;

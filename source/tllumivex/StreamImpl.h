@@ -67,7 +67,7 @@ class CStreamImpl {
  private:
   /// What the library calls. pvParams is the engine.
   static void GRB_CallbackEvent(GRB_HANDLE hGrbChannel, uint32_t nEvents, void *pvParams);
-  static void OnBufferReady(CStreamImpl *pThis);
+  static void OnBufferReady(CStreamImpl *pThis, CDataStream *pParentStream);
   void OnFinalCallback();
 
   void CollectQueuedBuffers(const CBufferList &BufferList);
