@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include "PixelLayout.h"
+
+namespace grbsim {
+namespace {
+
+constexpr PixelLayout kLayouts[] = {
+    // user format, bus format, naming convention, CoaXPress, source colour, bits, bytes, kind
+    {GRB_USR_FORMAT_MONO8, GRB_BUS_FORMAT_MONO8, 0x01080001U, 0x0101U, GRB_CAM_SRC_MONO, 8, 1, EPixelKind::Mono},
+    {GRB_USR_FORMAT_MONO10, GRB_BUS_FORMAT_MONO10, 0x01100003U, 0x0102U, GRB_CAM_SRC_MONO, 10, 2, EPixelKind::Mono},
+    {GRB_USR_FORMAT_MONO12, GRB_BUS_FORMAT_MONO12, 0x01100005U, 0x0103U, GRB_CAM_SRC_MONO, 12, 2, EPixelKind::Mono},
+    {GRB_USR_FORMAT_MONO14, GRB_BUS_FORMAT_MONO14, 0x01100025U, 0x0104U, GRB_CAM_SRC_MONO, 14, 2, EPixelKind::Mono},
+    {GRB_USR_FORMAT_MONO16, GRB_BUS_FORMAT_MONO16, 0x01100007U, 0x0105U, GRB_CAM_SRC_MONO, 16, 2, EPixelKind::Mono},
+    {GRB_USR_FORMAT_BAYER_GR8, GRB_BUS_FORMAT_BAYER_GR8, 0x01080008U, 0x0311U, GRB_CAM_SRC_BAY_GRBG, 8, 1,
+     EPixelKind::BayerGR},
+    {GRB_USR_FORMAT_BAYER_GR10, GRB_BUS_FORMAT_BAYER_GR10, 0x0110000CU, 0x0312U, GRB_CAM_SRC_BAY_GRBG, 10, 2,
+     EPixelKind::BayerGR},
+    {GRB_USR_FORMAT_BAYER_GR12, GRB_BUS_FORMAT_BAYER_GR12, 0x01100010U, 0x0313U, GRB_CAM_SRC_BAY_GRBG, 12, 2,
+     EPixelKind::BayerGR},
+    {GRB_USR_FORMAT_BAYER_GR14, GRB_BUS_FORMAT_BAYER_GR14, 0x01100014U, 0x0314U, GRB_CAM_SRC_BAY_GRBG, 14, 2,
+     EPixelKind::BayerGR},
+    {GRB_USR_FORMAT_BAYER_GR16, GRB_BUS_FORMAT_BAYER_GR16, 0x0110002EU, 0x0315U, GRB_CAM_SRC_BAY_GRBG, 16, 2,
+     EPixelKind::BayerGR},
+    {GRB_USR_FORMAT_BAYER_RG8, GRB_BUS_FORMAT_BAYER_RG8, 0x01080009U, 0x0321U, GRB_CAM_SRC_BAY_RGGB, 8, 1,
+     EPixelKind::BayerRG},
+    {GRB_USR_FORMAT_BAYER_RG10, GRB_BUS_FORMAT_BAYER_RG10, 0x0110000DU, 0x0322U, GRB_CAM_SRC_BAY_RGGB, 10, 2,
+     EPixelKind::BayerRG},
+    {GRB_USR_FORMAT_BAYER_RG12, GRB_BUS_FORMAT_BAYER_RG12, 0x01100011U, 0x0323U, GRB_CAM_SRC_BAY_RGGB, 12, 2,
+     EPixelKind::BayerRG},
+    {GRB_USR_FORMAT_BAYER_RG14, GRB_BUS_FORMAT_BAYER_RG14, 0x01100015U, 0x0324U, GRB_CAM_SRC_BAY_RGGB, 14, 2,
+     EPixelKind::BayerRG},
+    {GRB_USR_FORMAT_BAYER_RG16, GRB_BUS_FORMAT_BAYER_RG16, 0x0110002FU, 0x0325U, GRB_CAM_SRC_BAY_RGGB, 16, 2,
+     EPixelKind::BayerRG},
+    {GRB_USR_FORMAT_BAYER_GB8, GRB_BUS_FORMAT_BAYER_GB8, 0x0108000AU, 0x0331U, GRB_CAM_SRC_BAY_GBRG, 8, 1,
+     EPixelKind::BayerGB},
+    {GRB_USR_FORMAT_BAYER_GB10, GRB_BUS_FORMAT_BAYER_GB10, 0x0110000EU, 0x0332U, GRB_CAM_SRC_BAY_GBRG, 10, 2,
+     EPixelKind::BayerGB},
+    {GRB_USR_FORMAT_BAYER_GB12, GRB_BUS_FORMAT_BAYER_GB12, 0x01100012U, 0x0333U, GRB_CAM_SRC_BAY_GBRG, 12, 2,
+     EPixelKind::BayerGB},
+    {GRB_USR_FORMAT_BAYER_GB14, GRB_BUS_FORMAT_BAYER_GB14, 0x01100016U, 0x0334U, GRB_CAM_SRC_BAY_GBRG, 14, 2,
+     EPixelKind::BayerGB},
+    {GRB_USR_FORMAT_BAYER_GB16, GRB_BUS_FORMAT_BAYER_GB16, 0x01100030U, 0x0335U, GRB_CAM_SRC_BAY_GBRG, 16, 2,
+     EPixelKind::BayerGB},
+    {GRB_USR_FORMAT_BAYER_BG8, GRB_BUS_FORMAT_BAYER_BG8, 0x0108000BU, 0x0341U, GRB_CAM_SRC_BAY_BGGR, 8, 1,
+     EPixelKind::BayerBG},
+    {GRB_USR_FORMAT_BAYER_BG10, GRB_BUS_FORMAT_BAYER_BG10, 0x0110000FU, 0x0342U, GRB_CAM_SRC_BAY_BGGR, 10, 2,
+     EPixelKind::BayerBG},
+    {GRB_USR_FORMAT_BAYER_BG12, GRB_BUS_FORMAT_BAYER_BG12, 0x01100013U, 0x0343U, GRB_CAM_SRC_BAY_BGGR, 12, 2,
+     EPixelKind::BayerBG},
+    {GRB_USR_FORMAT_BAYER_BG14, GRB_BUS_FORMAT_BAYER_BG14, 0x01100017U, 0x0344U, GRB_CAM_SRC_BAY_BGGR, 14, 2,
+     EPixelKind::BayerBG},
+    {GRB_USR_FORMAT_BAYER_BG16, GRB_BUS_FORMAT_BAYER_BG16, 0x01100031U, 0x0345U, GRB_CAM_SRC_BAY_BGGR, 16, 2,
+     EPixelKind::BayerBG},
+    {GRB_USR_FORMAT_RGB8, GRB_BUS_FORMAT_RGB8, 0x02180014U, 0x0401U, GRB_CAM_SRC_RGB, 8, 3, EPixelKind::Rgb},
+    {GRB_USR_FORMAT_RGB10, GRB_BUS_FORMAT_RGB10, 0x02300018U, 0x0402U, GRB_CAM_SRC_RGB, 10, 6, EPixelKind::Rgb},
+    {GRB_USR_FORMAT_RGB12, GRB_BUS_FORMAT_RGB12, 0x0230001AU, 0x0403U, GRB_CAM_SRC_RGB, 12, 6, EPixelKind::Rgb},
+    {GRB_USR_FORMAT_RGB14, GRB_BUS_FORMAT_RGB14, 0x0230005EU, 0x0404U, GRB_CAM_SRC_RGB, 14, 6, EPixelKind::Rgb},
+    {GRB_USR_FORMAT_RGB16, GRB_BUS_FORMAT_RGB16, 0x02300033U, 0x0405U, GRB_CAM_SRC_RGB, 16, 6, EPixelKind::Rgb},
+    {GRB_USR_FORMAT_BGR8, GRB_BUS_FORMAT_BGR8, 0x02180015U, 0x0000U, GRB_CAM_SRC_RGB, 8, 3, EPixelKind::Bgr},
+    {GRB_USR_FORMAT_BGR10, GRB_BUS_FORMAT_BGR10, 0x02300019U, 0x0000U, GRB_CAM_SRC_RGB, 10, 6, EPixelKind::Bgr},
+    {GRB_USR_FORMAT_BGR12, GRB_BUS_FORMAT_BGR12, 0x0230001BU, 0x0000U, GRB_CAM_SRC_RGB, 12, 6, EPixelKind::Bgr},
+    {GRB_USR_FORMAT_BGR14, GRB_BUS_FORMAT_BGR14, 0x0230004AU, 0x0000U, GRB_CAM_SRC_RGB, 14, 6, EPixelKind::Bgr},
+    {GRB_USR_FORMAT_BGR16, GRB_BUS_FORMAT_BGR16, 0x0230004BU, 0x0000U, GRB_CAM_SRC_RGB, 16, 6, EPixelKind::Bgr},
+    {GRB_USR_FORMAT_RGBA8, GRB_BUS_FORMAT_RGBA8, 0x02200016U, 0x0501U, GRB_CAM_SRC_RGBA, 8, 4, EPixelKind::Rgba},
+    {GRB_USR_FORMAT_RGBA10, GRB_BUS_FORMAT_RGBA10, 0x0240005FU, 0x0502U, GRB_CAM_SRC_RGBA, 10, 8, EPixelKind::Rgba},
+    {GRB_USR_FORMAT_RGBA12, GRB_BUS_FORMAT_RGBA12, 0x02400061U, 0x0503U, GRB_CAM_SRC_RGBA, 12, 8, EPixelKind::Rgba},
+    {GRB_USR_FORMAT_RGBA14, GRB_BUS_FORMAT_RGBA14, 0x02400063U, 0x0504U, GRB_CAM_SRC_RGBA, 14, 8, EPixelKind::Rgba},
+    {GRB_USR_FORMAT_RGBA16, GRB_BUS_FORMAT_RGBA16, 0x02400064U, 0x0505U, GRB_CAM_SRC_RGBA, 16, 8, EPixelKind::Rgba},
+    {GRB_USR_FORMAT_YUV422_8, GRB_BUS_FORMAT_YUV422_8, 0x02100032U, 0x0621U, GRB_CAM_SRC_YUV, 8, 2, EPixelKind::Yuv422},
+};
+
+constexpr bool FormatsAreUnique() {
+  for (const PixelLayout &one : kLayouts) {
+    for (const PixelLayout &other : kLayouts) {
+      if (&one != &other && (one.usrFormat == other.usrFormat || one.pfnc == other.pfnc)) {
+        return false;
+      }
+    }
+  }
+  return true;
+}
+static_assert(sizeof(kLayouts) / sizeof(kLayouts[0]) == 41, "one row for each format of the library");
+static_assert(FormatsAreUnique(), "a format leads to one row");
+
+const PixelLayout *Find(uint32_t PixelLayout::*column, uint32_t value) noexcept {
+  for (const PixelLayout &layout : kLayouts) {
+    if (layout.*column == value) {
+      return &layout;
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+const PixelLayout *FindLayoutByUsrFormat(uint32_t usrFormat) noexcept {
+  return Find(&PixelLayout::usrFormat, usrFormat);
+}
+
+const PixelLayout *FindLayoutByPfnc(uint32_t pfnc) noexcept { return Find(&PixelLayout::pfnc, pfnc); }
+
+}  // namespace grbsim
