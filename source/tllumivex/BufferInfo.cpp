@@ -37,7 +37,6 @@ CBufferInfo::CBufferInfo(size_t iSize, void *pUserPointer, bool bExternal)
 CBufferInfo::~CBufferInfo() {
   if (m_bOwnsMemory && m_pBase != nullptr) {
     std::free(m_pBase);
-    m_pBase = nullptr;
   }
 }
 
@@ -158,11 +157,8 @@ void CBufferInfo::GetPortURLInfo(uint32_t, URL_INFO_CMD, INFO_DATATYPE *, void *
 
 // Kept: the two refusals are of different classes.
 void CBufferInfo::Register(EVENT_TYPE iEventID, EVENT_HANDLE *) {
-  throw invalidparameter_error(FormatMessageText("Event ID %ld not implemented", static_cast<long>(iEventID)),
-                               LVX_HERE);
+  throw invalidparameter_error(UnknownEventText(iEventID), LVX_HERE);
 }
-void CBufferInfo::Unregister(EVENT_TYPE iEventID) {
-  throw unknown_error(FormatMessageText("Event ID %ld not implemented", static_cast<long>(iEventID)), LVX_HERE);
-}
+void CBufferInfo::Unregister(EVENT_TYPE iEventID) { throw unknown_error(UnknownEventText(iEventID), LVX_HERE); }
 
 }  // namespace GenICam::Client

@@ -42,12 +42,15 @@ class CBufferInfo : public ICommonBase {
   void *UserPointer() const { return m_pUserPointer; }
   bool OwnsMemory() const { return m_bOwnsMemory; }
 
+  /// The stream that it was announced to, set once at announcement.
+  const void *Owner() const { return m_pOwner; }
+  void SetOwner(const void *pOwner) { m_pOwner = pOwner; }
+
   bool IsQueued() const { return m_bIsQueued; }
   void SetQueued(bool bIsQueued) { m_bIsQueued = bIsQueued; }
   bool IsInDelivery() const { return m_bInDelivery; }
   void SetInDelivery(bool bInDelivery) { m_bInDelivery = bInDelivery; }
   bool HasNewData() const { return m_bNewData; }
-  void SetNewData(bool bNewData) { m_bNewData = bNewData; }
   void SetTimestamp(uint64_t nTimestamp) { m_nTimestamp = nTimestamp; }
   void SetFrameId(uint64_t nFrameId) { m_nFrameId = nFrameId; }
   /// Sequence number within the run, for the release ring.
@@ -75,7 +78,8 @@ class CBufferInfo : public ICommonBase {
   void Unregister(EVENT_TYPE iEventID) override;
 
  private:
-  // Relaxed: ownership passes by locks, the atomic only keeps a curious reader from a torn value.
+  // Relaxed: the list's lock or the library's release orders what one owner leaves to the next; the atomic only keeps
+  // a curious reader from a torn value.
   template <class Value>
   class Field {
    public:
@@ -91,10 +95,11 @@ class CBufferInfo : public ICommonBase {
   };
 
   // Constant after construction.
-  void *m_pBase;
+  void *const m_pBase;
   const size_t m_iSize;
   void *const m_pUserPointer;
-  bool m_bOwnsMemory;
+  const bool m_bOwnsMemory;
+  const void *m_pOwner = nullptr;
 
   Field<uint64_t> m_nTimestamp{0};
   Field<bool> m_bNewData{false};

@@ -25,4 +25,9 @@ enum CxpRegister : uint32_t {
 /// Content of CXP_REVISION in a camera of revision 1.1.
 constexpr uint32_t CXP_REVISION_1_1 = 0x00010001;
 
+/// Between the order of the wire and that of the host.
+constexpr uint32_t SwapBytes(uint32_t nValue) {
+  return (nValue >> 24U) | ((nValue >> 8U) & 0xFF00U) | ((nValue << 8U) & 0xFF0000U) | (nValue << 24U);
+}
+
 }  // namespace GenICam::Client

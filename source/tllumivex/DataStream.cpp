@@ -41,18 +41,18 @@ std::shared_ptr<CDataStream> CDataStream::Create(const std::shared_ptr<CDevice> 
 CDataStream::CDataStream(const std::shared_ptr<CDevice> &pParentDevice,
                          const std::shared_ptr<CDataStreamInfo> &pDataStreamInfo)
     : ICommonBase(pDataStreamInfo->GetId(), MODULE_KIND_DATA_STREAM),
-      m_bAcquiring(false),
-      m_bBuffersAnnounced(false),
       m_pParentDevice(pParentDevice),
       m_pDataStreamInfo(pDataStreamInfo),
-      m_DeliverBufferList(kDeliverListSize),
-      m_RegisterMap(100),
       m_iXmlSize(0),
       m_iNumUnderrun(0),
+      m_bDefinesPayloadSize(true),
+      m_pEventError(std::make_shared<CEventError>()),
+      m_bAcquiring(false),
+      m_bBuffersAnnounced(false),
+      m_DeliverBufferList(kDeliverListSize),
       m_iNumDelivered(0),
       m_bKillWait(false),
-      m_bDefinesPayloadSize(true),
-      m_pEventError(std::make_shared<CEventError>()) {
+      m_RegisterMap(100) {
   LVX_ASSERT(pParentDevice != 0);
   m_pStreamImpl = std::make_shared<CStreamImpl>(pDataStreamInfo, pParentDevice->GetDeviceImpl());
   m_pEventNewBuffer = std::make_shared<CDataStreamEventNewBuffer>(this);
@@ -113,6 +113,7 @@ void CDataStream::RequireNotAcquiring(const char *pFunction, const char *pFile, 
 
 void CDataStream::Announce(std::unique_ptr<CBufferInfo> pBufferInfo, BUFFER_HANDLE *phBuffer) {
   CBufferInfo *pAnnounced = pBufferInfo.get();
+  pAnnounced->SetOwner(this);
   m_BufferList.push_back(std::move(pBufferInfo));
   *phBuffer = HandleOf(pAnnounced);
   m_bBuffersAnnounced = true;
@@ -166,8 +167,16 @@ void CDataStream::DSRevokeBuffer(BUFFER_HANDLE hBuffer, void **ppBuffer, void **
   }
 }
 
-void CDataStream::DSQueueBuffer(BUFFER_HANDLE hBuffer) {
+CBufferInfo *CDataStream::BufferOf(BUFFER_HANDLE hBuffer) const {
   auto *pBufferInfo = TypeCast<CBufferInfo>(hBuffer);
+  if (pBufferInfo->Owner() != this) {
+    throw invalidparameter_error("Invalid Buffer Handle.", LVX_HERE);
+  }
+  return pBufferInfo;
+}
+
+void CDataStream::DSQueueBuffer(BUFFER_HANDLE hBuffer) {
+  auto *pBufferInfo = BufferOf(hBuffer);
   if (pBufferInfo->IsQueued()) {
     return;
   }
@@ -380,7 +389,7 @@ void CDataStream::DSGetInfo(STREAM_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, voi
 
 void CDataStream::DSGetBufferInfo(BUFFER_HANDLE hBuffer, BUFFER_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void *pBuffer,
                                   size_t *piSize) {
-  TypeCast<CBufferInfo>(hBuffer)->GetInfo(iInfoCmd, piType, pBuffer, piSize);
+  BufferOf(hBuffer)->GetInfo(iInfoCmd, piType, pBuffer, piSize);
 }
 
 void CDataStream::DSGetBufferID(uint32_t iIndex, BUFFER_HANDLE *phBuffer) {
@@ -490,8 +499,7 @@ void CDataStream::Register(EVENT_TYPE iEventID, EVENT_HANDLE *phEvent) {
       *phEvent = HandleOf(m_pEventNewBuffer.get());
       break;
     default:
-      throw notimplemented_error(FormatMessageText("Event ID %ld not implemented", static_cast<long>(iEventID)),
-                                 LVX_HERE);
+      throw notimplemented_error(UnknownEventText(iEventID), LVX_HERE);
   }
 }
 
@@ -504,8 +512,7 @@ void CDataStream::Unregister(EVENT_TYPE iEventID) {
       m_pEventNewBuffer->DisableEvent();
       break;
     default:
-      throw notimplemented_error(FormatMessageText("Event ID %ld not implemented", static_cast<long>(iEventID)),
-                                 LVX_HERE);
+      throw notimplemented_error(UnknownEventText(iEventID), LVX_HERE);
   }
 }
 

@@ -90,9 +90,13 @@ class CDataStream : public std::enable_shared_from_this<CDataStream>, public ICo
   static void OnRegisterWrite(uint64_t iAddress, uint32_t *pValue, void *pContext);
 
   void RequireNotAcquiring(const char *pFunction, const char *pFile, uint32_t nLine) const;
+  /// The caller holds m_BufferListLock.
   void Announce(std::unique_ptr<CBufferInfo> pBufferInfo, BUFFER_HANDLE *phBuffer);
+  /// The buffer behind a handle; it was announced to this stream.
+  CBufferInfo *BufferOf(BUFFER_HANDLE hBuffer) const;
   void RequireQueuedBuffers();
   size_t GetNumQueued();
+  /// The caller holds m_DeliverLock.
   void AppendToDeliverList(CBufferInfo *pBufferInfo);
 
   void FlushInputToOutput();
@@ -101,26 +105,34 @@ class CDataStream : public std::enable_shared_from_this<CDataStream>, public ICo
   void FlushUnqueuedToInput();
   void FlushAllDiscard();
 
+  // Constant after construction.
   std::shared_ptr<CStreamImpl> m_pStreamImpl;
-  // Atomic: looked at without a lock, and nothing else has to agree with them.
-  std::atomic<bool> m_bAcquiring;
-  std::atomic<bool> m_bBuffersAnnounced;
   std::shared_ptr<CDevice> m_pParentDevice;
   std::shared_ptr<CDataStreamInfo> m_pDataStreamInfo;
-  CBufferList m_BufferList;
-  // A ring that only grows: a deque would ask the heap for storage as buffers pass through it.
-  boost::circular_buffer<CBufferInfo *> m_DeliverBufferList;
-  CRegisterMap m_RegisterMap;
   size_t m_iXmlSize;
-  boost::recursive_mutex m_BufferListLock;
-  boost::recursive_mutex m_DeliverLock;
-  boost::condition_variable_any m_DeliverCondition;
   const uint64_t m_iNumUnderrun;
-  uint64_t m_iNumDelivered;
-  bool m_bKillWait;
   const bool m_bDefinesPayloadSize;
   std::shared_ptr<CDataStreamEventNewBuffer> m_pEventNewBuffer;
   std::shared_ptr<CEventError> m_pEventError;
+
+  // Atomic: looked at without a lock, and nothing else has to agree with them.
+  std::atomic<bool> m_bAcquiring;
+  std::atomic<bool> m_bBuffersAnnounced;
+
+  // Guarded by m_BufferListLock.
+  boost::recursive_mutex m_BufferListLock;
+  CBufferList m_BufferList;
+
+  // Guarded by m_DeliverLock. The list is a ring that only grows: a deque would ask the heap for storage as buffers
+  // pass through it.
+  boost::recursive_mutex m_DeliverLock;
+  boost::condition_variable_any m_DeliverCondition;
+  boost::circular_buffer<CBufferInfo *> m_DeliverBufferList;
+  uint64_t m_iNumDelivered;
+  bool m_bKillWait;
+
+  // No lock: one thread drives the port.
+  CRegisterMap m_RegisterMap;
 };
 
 }  // namespace GenICam::Client

@@ -204,6 +204,7 @@ void CDevice::RegCB_WriteAccessParam(uint64_t iAddress, uint32_t *, void *pConte
     return;
   }
   pThis->RequireWriteAccess(LVX_HERE);
+  // Kept: the stream selector has no callback; StreamID stays the name of stream 0 whatever it says.
   if (iAddress == REG_CONFIG_FILE_LOAD) {
     pThis->RunConfigFileCommand(REG_CONFIG_FILE_LOAD, REG_CONFIG_FILE);
   } else if (iAddress == REG_CONFIG_FILE_SAVE) {
@@ -242,8 +243,7 @@ void CDevice::GetPortInfo(PORT_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void *p
 
 void CDevice::Register(EVENT_TYPE iEventID, EVENT_HANDLE *phEvent) {
   if (iEventID != EVENT_ERROR) {
-    throw notimplemented_error(FormatMessageText("Event ID %ld not implemented", static_cast<long>(iEventID)),
-                               LVX_HERE);
+    throw notimplemented_error(UnknownEventText(iEventID), LVX_HERE);
   }
   m_pEventError->EnableEvent();
   *phEvent = HandleOf(m_pEventError.get());
@@ -251,8 +251,7 @@ void CDevice::Register(EVENT_TYPE iEventID, EVENT_HANDLE *phEvent) {
 
 void CDevice::Unregister(EVENT_TYPE iEventID) {
   if (iEventID != EVENT_ERROR) {
-    throw notimplemented_error(FormatMessageText("Event ID %ld not implemented", static_cast<long>(iEventID)),
-                               LVX_HERE);
+    throw notimplemented_error(UnknownEventText(iEventID), LVX_HERE);
   }
   m_pEventError->DisableEvent();
 }

@@ -72,7 +72,7 @@ class CDevice : public std::enable_shared_from_this<CDevice>, public ICommonBase
   static void RegCB_WriteAccessParam(uint64_t iAddress, uint32_t *pValue, void *pContext);
   void RunConfigFileCommand(uint32_t nCommandAddress, uint32_t nNameAddress);
 
-  // The order of the members is the order in which things come to life; they go the other way round.
+  // The order matters at the end: the library handles close with their last holder, m_pDeviceImpl, the stream's first.
   CBaseImplementation<CDataStream, CDataStreamInfo> m_Children;
   std::shared_ptr<CDeviceInfo> m_pDeviceInfo;
   std::shared_ptr<CInterface> m_pParentInterface;

@@ -211,6 +211,23 @@ const CDeviceImpl::Row *CDeviceImpl::FindRow(uint32_t nAddress) {
         return true;
       }(),
       "the search needs ascending addresses");
+  // Kept: 0x608 and 0x610 are virtual registers that nothing serves.
+  static_assert(
+      [] {
+        for (const DeviceRegister &reg : kDeviceRegisters) {
+          bool bServed = reg.backing != Backing::Virtual || reg.nAddress == REG_REGISTER_ADDRESS ||
+                         reg.nAddress == REG_REGISTER_DATA || reg.nAddress == REG_REGISTER_COMMAND ||
+                         reg.nAddress == 0x608 || reg.nAddress == 0x610;
+          for (const Row &row : kRows) {
+            bServed = bServed || row.nAddress == reg.nAddress;
+          }
+          if (!bServed) {
+            return false;
+          }
+        }
+        return true;
+      }(),
+      "each virtual register has its row");
   const Row *pRow = std::lower_bound(std::begin(kRows), std::end(kRows), nAddress,
                                      [](const Row &row, uint32_t nValue) { return row.nAddress < nValue; });
   return pRow != std::end(kRows) && pRow->nAddress == nAddress ? pRow : nullptr;
@@ -439,8 +456,7 @@ void CDeviceImpl::LoadConfigFile(const Row &, void *pBuffer) {
 }
 
 void CDeviceImpl::SaveConfigFile(const Row &, void *pBuffer) {
-  std::string strPath(static_cast<const char *>(pBuffer));
-  strPath.erase(std::remove(strPath.begin(), strPath.end(), '"'), strPath.end());
+  std::string strPath = WithoutQuotes(static_cast<const char *>(pBuffer));
   if (GRB_Action(m_pStreamHandle->GetHandle(), GRB_ACTION_CONFIG, GRB_ACTION_CONFIG_SAVE, strPath.data()) != GRB_OK) {
     throw unknown_error("Failed saving GCF file: " + CGrbError::GetText(), LVX_HERE);
   }

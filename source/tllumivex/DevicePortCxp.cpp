@@ -2,8 +2,8 @@
 #include "DevicePortCxp.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <vector>
 
@@ -51,10 +51,11 @@ bool IsLocalUrl(const std::string &strUrl) {
   return strHead == kPrefix;
 }
 
-uint32_t FromBigEndian(const void *pBytes) {
-  uint8_t bytes[kWordSize] = {};
-  std::memcpy(bytes, pBytes, sizeof(bytes));
-  return (uint32_t{bytes[0]} << 24U) | (uint32_t{bytes[1]} << 16U) | (uint32_t{bytes[2]} << 8U) | uint32_t{bytes[3]};
+/// A hexadecimal number, as far as the digits go.
+uint64_t HexNumber(const std::string &strText) {
+  uint64_t nNumber = 0;
+  std::from_chars(strText.data(), strText.data() + strText.size(), nNumber, 16);
+  return nNumber;
 }
 
 }  // namespace
@@ -107,7 +108,8 @@ void CDevicePortCxp::WriteData(uint64_t iAddress, const void *pBuffer, size_t *p
     WriteConnectionConfig(pBuffer, *piSize);
     return;
   }
-  // Kept: the access flags are only reported, so a Consumer can write to the camera of a read-only Device.
+  // Kept: the access flags are only reported, so a Consumer can write to the camera of a read-only Device. The library
+  // takes its bytes by a plain pointer, and only reads through it.
   m_pGrbChannelHandle->CameraWrite(const_cast<void *>(pBuffer), *piSize, iAddress, Settings::TimeOut);
 }
 
@@ -122,7 +124,9 @@ void CDevicePortCxp::WriteConnectionConfig(const void *pBuffer, size_t iSize) {
                             "): failed to retrieve handle to parent Device",
                         LVX_HERE);
   }
-  const uint32_t nConnectionConfig = FromBigEndian(pBuffer);
+  uint32_t nConnectionConfig = 0;
+  std::memcpy(&nConnectionConfig, pBuffer, sizeof(nConnectionConfig));
+  nConnectionConfig = SwapBytes(nConnectionConfig);
   const uint32_t nDiscoveryMode = CGrbUtility::GetCXPDiscoveryModeGrbParam(nConnectionConfig);
   const uint32_t nBitrateMode = CGrbUtility::GetCXPBitrateModeGrbParam(nConnectionConfig);
   size_t iRegisterSize = sizeof(nDiscoveryMode);
@@ -144,9 +148,7 @@ void CDevicePortCxp::GetPortURLInfo(uint32_t iURLIndex, URL_INFO_CMD iInfoCmd, I
                                     size_t *piSize) {
   // Kept: a manifest of no entries wraps around, and every index passes.
   if (iURLIndex > ReadRegister(CXP_XML_MANIFEST_SIZE) - 1) {
-    throw invalidparameter_error(
-        FormatMessageText("URL Index %ld is out of range", static_cast<long>(static_cast<int32_t>(iURLIndex))),
-        LVX_HERE);
+    throw invalidparameter_error(UnknownUrlText(iURLIndex), LVX_HERE);
   }
   m_pGrbChannelHandle->CameraWriteUInt32(iURLIndex, CXP_XML_MANIFEST_SELECTOR, Settings::TimeOut);
   if (iInfoCmd == URL_INFO_URL) {
@@ -199,8 +201,7 @@ void CDevicePortCxp::NoteLocalUrl(const std::string &strUrl) {
   const size_t nAddressEnd = std::min(strUrl.find(';', nNameEnd + 1), strUrl.size());
   const std::string strAddress = strUrl.substr(nNameEnd + 1, nAddressEnd - nNameEnd - 1);
   const std::string strSize = nAddressEnd < strUrl.size() ? strUrl.substr(nAddressEnd + 1) : std::string();
-  m_LocalUrls[std::strtoull(strAddress.c_str(), nullptr, 16)] = {std::strtoull(strSize.c_str(), nullptr, 16),
-                                                                 strUrl.substr(kNameBegin, nNameEnd - kNameBegin)};
+  m_LocalUrls[HexNumber(strAddress)] = {HexNumber(strSize), strUrl.substr(kNameBegin, nNameEnd - kNameBegin)};
 }
 
 void CDevicePortCxp::GetPortInfo(PORT_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void *pBuffer, size_t *piSize) {
@@ -212,11 +213,9 @@ void CDevicePortCxp::GetPortInfo(PORT_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, 
 
 void CDevicePortCxp::Register(EVENT_TYPE iEventID, EVENT_HANDLE *) {
   // Kept: not the class that the other modules use.
-  throw unknown_error(FormatMessageText("Event ID %ld not implemented", static_cast<long>(iEventID)), LVX_HERE);
+  throw unknown_error(UnknownEventText(iEventID), LVX_HERE);
 }
 
-void CDevicePortCxp::Unregister(EVENT_TYPE iEventID) {
-  throw unknown_error(FormatMessageText("Event ID %ld not implemented", static_cast<long>(iEventID)), LVX_HERE);
-}
+void CDevicePortCxp::Unregister(EVENT_TYPE iEventID) { throw unknown_error(UnknownEventText(iEventID), LVX_HERE); }
 
 }  // namespace GenICam::Client

@@ -22,10 +22,6 @@ constexpr size_t kIdentityTextSize = 32;
 constexpr uint32_t kRevSwOwnTiming = 0x70511;
 constexpr uint64_t kChunkSize = 64;
 
-uint32_t SwapBytes(uint32_t nValue) {
-  return (nValue >> 24U) | ((nValue >> 8U) & 0xFF00U) | ((nValue << 8U) & 0xFF0000U) | (nValue << 24U);
-}
-
 /// The words that the four kinds of transfer share in their messages.
 struct TransferWords {
   const char *pDoing;
@@ -81,6 +77,7 @@ CGrbChannelHandle::~CGrbChannelHandle() { CloseHandle(); }
 
 void CGrbChannelHandle::OpenHandle() {
   LVX_ASSERT(m_hGrbChannel != 0);
+  // Not SetParametersAndOpen: here each step takes the lock and throws with the library's words.
   uint32_t nMode = GRB_MODE_CONTROL;
   uint32_t nVariant = GRB_VARIANT_ANY;
   ParameterSet(GRB_OPEN_BOARD, &m_nBoard);

@@ -1,21 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "GrbError.h"
 
-#include <boost/thread/tss.hpp>
+#include <memory>
+
+#include "PerThread.h"
 
 namespace GenICam::Client {
 
 namespace {
 
-boost::thread_specific_ptr<CGrbError> g_pGrbError;
+CPerThread<CGrbError> g_GrbErrors;
 
 }  // namespace
 
 CGrbError &CGrbError::Get() {
-  if (g_pGrbError.get() == nullptr) {
-    g_pGrbError.reset(new CGrbError());
-  }
-  return *g_pGrbError;
+  return g_GrbErrors.Get([] { return std::make_unique<CGrbError>(); });
 }
 
 }  // namespace GenICam::Client

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "GrbStreamHandle.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -41,8 +40,7 @@ void CGrbStreamHandle::LoadGcf(const char *pPath) {
   if (pPath == nullptr) {
     throw unknown_error("Null pointer for GCF file.", LVX_HERE);
   }
-  std::string strPath(pPath);
-  strPath.erase(std::remove(strPath.begin(), strPath.end(), '"'), strPath.end());
+  const std::string strPath = WithoutQuotes(pPath);
   if (!IsReadableFile(strPath)) {
     throw invalidparameter_error(std::string("Configuration file specified does not exist: ") + pPath, LVX_HERE);
   }

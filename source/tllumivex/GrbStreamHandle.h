@@ -29,8 +29,8 @@ class CGrbStreamHandle : public CGrbBaseHandle {
   GRB_STATUS Open();
 
   bool m_bValid;
-  uint32_t m_nBoard;
-  uint32_t m_nChannel;
+  const uint32_t m_nBoard;
+  const uint32_t m_nChannel;
 };
 
 }  // namespace GenICam::Client

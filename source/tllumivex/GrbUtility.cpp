@@ -79,16 +79,20 @@ uint32_t CGrbUtility::GetCXPBitrateModeGrbParam(uint32_t nConnectionConfig) {
   return pRow->nTo;
 }
 
-void GrbErrorHook(const char *pFunction, GRB_STATUS nStatus, const char *pDescription) {
-  std::string strText;
-  strText += pDescription != nullptr ? pDescription : "No description of error provided by GRB library.";
-  if (pFunction != nullptr) {
-    strText += " (" + std::string(pFunction) + " returned error code 0x" + ToHex(nStatus) + ")";
+void GrbErrorHook(const char *pFunction, GRB_STATUS nStatus, const char *pDescription) noexcept {
+  try {
+    std::string strText;
+    strText += pDescription != nullptr ? pDescription : "No description of error provided by GRB library.";
+    if (pFunction != nullptr) {
+      strText += " (" + std::string(pFunction) + " returned error code 0x" + ToHex(nStatus) + ")";
+    }
+    CGrbError::Get().SetText(strText);
+  } catch (...) {
+    // No memory for the words: the status has to do. The library must not see an exception.
   }
-  CGrbError::Get().SetText(strText);
 }
 
-void GrbErrorHookVerbose(const char *pFunction, GRB_STATUS nStatus, const char *pDescription) {
+void GrbErrorHookVerbose(const char *pFunction, GRB_STATUS nStatus, const char *pDescription) noexcept {
   GRB_ErrHandlerDefault(pFunction, nStatus, pDescription);
   GrbErrorHook(pFunction, nStatus, pDescription);
 }

@@ -27,9 +27,9 @@ constexpr uint32_t kChannelValues[] = {GRB_CHANNEL_1, GRB_CHANNEL_2, GRB_CHANNEL
                                        GRB_CHANNEL_5, GRB_CHANNEL_6, GRB_CHANNEL_7, GRB_CHANNEL_8};
 
 /// Keeps the words of a library failure for the calling thread. It only records.
-void GrbErrorHook(const char *pFunction, GRB_STATUS nStatus, const char *pDescription);
+void GrbErrorHook(const char *pFunction, GRB_STATUS nStatus, const char *pDescription) noexcept;
 
 /// The same, after the library's own handler has told the user. Kept: every handle is made quiet.
-void GrbErrorHookVerbose(const char *pFunction, GRB_STATUS nStatus, const char *pDescription);
+void GrbErrorHookVerbose(const char *pFunction, GRB_STATUS nStatus, const char *pDescription) noexcept;
 
 }  // namespace GenICam::Client

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Helper.h"
 
+#include <algorithm>
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
@@ -117,6 +118,19 @@ std::string GetLibraryFileName(size_t nBufferSize, const char *pMessage, const c
     throw unknown_error(pMessage, pFunction, pFile, nLine);
   }
   return strPath.substr(nSeparator + 1);
+}
+
+std::string WithoutQuotes(std::string strText) {
+  strText.erase(std::remove(strText.begin(), strText.end(), '"'), strText.end());
+  return strText;
+}
+
+std::string UnknownEventText(EVENT_TYPE iEventID) {
+  return FormatMessageText("Event ID %ld not implemented", static_cast<long>(iEventID));
+}
+
+std::string UnknownUrlText(uint32_t iURLIndex) {
+  return FormatMessageText("URL Index %ld is out of range", static_cast<long>(static_cast<int32_t>(iURLIndex)));
 }
 
 std::string ToHex(uint64_t nValue) {

@@ -56,6 +56,15 @@ std::string GetLibraryPath(size_t nBufferSize);
 std::string GetLibraryFileName(size_t nBufferSize, const char *pMessage, const char *pFunction, const char *pFile,
                                uint32_t nLine);
 
+/// The text without its double quotes, all of them: a user can paste a quoted path.
+std::string WithoutQuotes(std::string strText);
+
+/// The text of the failure of an event id that a module does not know.
+std::string UnknownEventText(EVENT_TYPE iEventID);
+
+/// The text of the failure of a URL index that a port does not have.
+std::string UnknownUrlText(uint32_t iURLIndex);
+
 /// Lower-case hexadecimal without leading zeros, as values print in messages that are put together from pieces.
 std::string ToHex(uint64_t nValue);
 

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "GenTL.h"
+#include "LiveHandles.h"
 #include "TLIException.h"
 
 namespace GenICam::Client {
@@ -52,7 +53,10 @@ class IEventSrc : public virtual ICommonBaseType {
 /// An event object. Owned by its event source, of which it never outlives the module.
 class IEventObj : public virtual ICommonBaseType {
  public:
-  explicit IEventObj(int32_t iEventType) : m_iEventType(iEventType) {}
+  explicit IEventObj(int32_t iEventType) : m_iEventType(iEventType) {
+    CLiveHandles::Enter(static_cast<ICommonBaseType *>(this));
+  }
+  ~IEventObj() override { CLiveHandles::Leave(static_cast<ICommonBaseType *>(this)); }
 
   /// Delivers the oldest data block, or waits for one, up to iTimeout milliseconds. False: there was none.
   virtual bool GetData(void *pBuffer, size_t *piSize, uint64_t iTimeout) = 0;
@@ -84,8 +88,13 @@ enum ModuleKind : uint32_t {
 /// Base of all modules: a port, an event source, and a name by which the parent knows the module.
 class ICommonBase : public IPort, public IEventSrc, public virtual ICommonBaseType {
  public:
-  ICommonBase(const std::string &strName, ModuleKind nModuleKind) : m_strName(strName), m_nModuleKind(nModuleKind) {}
-  ~ICommonBase() override { m_nModuleKind = MODULE_KIND_NONE; }
+  ICommonBase(const std::string &strName, ModuleKind nModuleKind) : m_strName(strName), m_nModuleKind(nModuleKind) {
+    CLiveHandles::Enter(static_cast<ICommonBaseType *>(this));
+  }
+  ~ICommonBase() override {
+    CLiveHandles::Leave(static_cast<ICommonBaseType *>(this));
+    m_nModuleKind = MODULE_KIND_NONE;
+  }
 
   /// A copy of the module's name.
   std::string GetName() const { return m_strName; }
@@ -101,11 +110,11 @@ void *HandleOf(Object *pObject) {
   return static_cast<ICommonBaseType *>(pObject);
 }
 
-/// Checked down-cast of a handle to T. A null handle takes the same path as one of another class.
+/// Checked down-cast of a handle to T. A null handle and a closed one take the same path as one of another class.
 /// @throws invalidhandle_error
 template <class T>
 T *TypeCast(void *pHandle) {
-  T *pObject = dynamic_cast<T *>(static_cast<ICommonBaseType *>(pHandle));
+  T *pObject = CLiveHandles::IsLive(pHandle) ? dynamic_cast<T *>(static_cast<ICommonBaseType *>(pHandle)) : nullptr;
   if (pObject == nullptr) {
     throw invalidhandle_error("Invalid Device Handle", LVX_HERE);
   }

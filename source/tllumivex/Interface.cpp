@@ -200,11 +200,9 @@ void CInterface::GetPortInfo(PORT_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void
 }
 
 void CInterface::Register(EVENT_TYPE iEventID, EVENT_HANDLE *) {
-  throw notimplemented_error(FormatMessageText("Event ID %ld not implemented", static_cast<long>(iEventID)), LVX_HERE);
+  throw notimplemented_error(UnknownEventText(iEventID), LVX_HERE);
 }
 
-void CInterface::Unregister(EVENT_TYPE iEventID) {
-  throw notimplemented_error(FormatMessageText("Event ID %ld not implemented", static_cast<long>(iEventID)), LVX_HERE);
-}
+void CInterface::Unregister(EVENT_TYPE iEventID) { throw notimplemented_error(UnknownEventText(iEventID), LVX_HERE); }
 
 }  // namespace GenICam::Client

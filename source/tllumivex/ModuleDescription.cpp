@@ -75,9 +75,7 @@ void GetDescriptionUrl(const ModuleDescription &description, uint32_t nXmlSize, 
 void GetDescriptionUrlInfo(const ModuleDescription &description, uint32_t nXmlSize, uint32_t iURLIndex,
                            URL_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void *pBuffer, size_t *piSize) {
   if (iURLIndex != 0) {
-    throw invalidparameter_error(
-        FormatMessageText("URL Index %ld is out of range", static_cast<long>(static_cast<int32_t>(iURLIndex))),
-        LVX_HERE);
+    throw invalidparameter_error(UnknownUrlText(iURLIndex), LVX_HERE);
   }
   if (iInfoCmd == URL_INFO_URL) {
     char url[512] = {};

@@ -98,6 +98,21 @@ void SleepMilliseconds(uint32_t nMilliseconds);
 /// Brings a text under a title to the user.
 void ShowMessage(const char *pText, const char *pTitle) noexcept;
 
+/// Has a function called at the end of each thread that set a value, with that value; no more once this object is gone.
+class CThreadEndHook {
+ public:
+  explicit CThreadEndHook(void (*pFunction)(void *pValue));
+  CThreadEndHook(const CThreadEndHook &) = delete;
+  CThreadEndHook &operator=(const CThreadEndHook &) = delete;
+  ~CThreadEndHook();
+
+  /// Sets the calling thread's value.
+  void Set(void *pValue);
+
+ private:
+  uint32_t m_nKey;
+};
+
 /// Identity of the calling thread.
 uint32_t CurrentThreadId() noexcept;
 

@@ -10,6 +10,7 @@
 #include <fstream>
 #include <map>
 #include <memory>
+#include <pthread.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -532,6 +533,19 @@ void ShowMessage(const char *pText, const char *pTitle) noexcept {
     std::fprintf(stderr, "%s: %s\n", pTitle, pText);
   }
 }
+
+static_assert(sizeof(pthread_key_t) == sizeof(uint32_t), "the key has to fit its member");
+
+CThreadEndHook::CThreadEndHook(void (*pFunction)(void *pValue)) : m_nKey(0) {
+  const int iError = pthread_key_create(&m_nKey, pFunction);
+  if (iError != 0) {
+    throw std::system_error(iError, std::system_category());
+  }
+}
+
+CThreadEndHook::~CThreadEndHook() { pthread_key_delete(m_nKey); }
+
+void CThreadEndHook::Set(void *pValue) { pthread_setspecific(m_nKey, pValue); }
 
 uint32_t CurrentThreadId() noexcept { return static_cast<uint32_t>(gettid()); }
 

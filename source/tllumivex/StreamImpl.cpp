@@ -76,7 +76,6 @@ CStreamImpl::CStreamImpl(const std::shared_ptr<CDataStreamInfo> &pStreamInfo,
 CStreamImpl::~CStreamImpl() {
   try {
     Freeze(true);
-    m_pReleasedIds.reset();
   } catch (const std::exception &error) {
     Platform::ShowMessage(error.what(), "Fatal Error");
   } catch (...) {
@@ -243,39 +242,49 @@ uint64_t CStreamImpl::GetPayloadSize() {
 
 uint64_t CStreamImpl::GetNumStarted() const { return m_iStartedBase + m_iFramesCounted; }
 
-void CStreamImpl::GRB_CallbackEvent(GRB_HANDLE, uint32_t nEvents, void *pvParams) {
+void CStreamImpl::GRB_CallbackEvent(GRB_HANDLE, uint32_t nEvents, void *pvParams) noexcept {
   LVX_ASSERT(pvParams != 0);
   if (pvParams == nullptr) {
     return;
   }
   auto *pThis = static_cast<CStreamImpl *>(pvParams);
   try {
-    if (!pThis->m_bAcquisitionRunning) {
+    if (pThis->m_bAcquisitionRunning) {
+      pThis->OnEvents(nEvents);
+    } else {
       pThis->OnFinalCallback();
-      return;
     }
-    CDataStream *pParentStream = pThis->m_pParentStream.get();
-    if (pParentStream == nullptr) {
-      // A stop ran out of time while this callback was held up: there is nobody left to deliver to.
-      return;
-    }
-    try {
-      if ((nEvents & GRB_EVENT_BUFFER_READY) != 0) {
-        OnBufferReady(pThis, pParentStream);
-      }
-      if ((nEvents & GRB_EVENT_FIFO_OVERFLOW) != 0) {
-        pParentStream->PostErrorEvent(ERROR_EVENT_FIFO_OVERFLOW, "'GRB FIFO Overflow' event detected.");
-      }
-      if ((nEvents & GRB_EVENT_SYNC_LOST) != 0) {
-        pParentStream->PostErrorEvent(ERROR_EVENT_SYNC_LOST, "'GRB Sync Lost' event detected.");
-      }
-    } catch (const std::exception &error) {
-      pParentStream->PostErrorEvent(ERROR_EVENT_GENERAL, error.what());
-    } catch (...) {
-      pParentStream->PostErrorEvent(ERROR_EVENT_GENERAL, "Unknown exception caught in GRB_CallbackEvent().");
+  } catch (const std::exception &error) {
+    pThis->ReportFailure(error.what());
+  } catch (...) {
+    pThis->ReportFailure("Unknown exception caught in GRB_CallbackEvent().");
+  }
+}
+
+void CStreamImpl::ReportFailure(const char *pText) noexcept {
+  try {
+    if (m_pParentStream != nullptr) {
+      m_pParentStream->PostErrorEvent(ERROR_EVENT_GENERAL, pText);
     }
   } catch (...) {
     // The report itself failed, and the library must not see it.
+  }
+}
+
+void CStreamImpl::OnEvents(uint32_t nEvents) {
+  CDataStream *pParentStream = m_pParentStream.get();
+  if (pParentStream == nullptr) {
+    // A stop ran out of time while this callback was held up: there is nobody left to deliver to.
+    return;
+  }
+  if ((nEvents & GRB_EVENT_BUFFER_READY) != 0) {
+    OnBufferReady(this, pParentStream);
+  }
+  if ((nEvents & GRB_EVENT_FIFO_OVERFLOW) != 0) {
+    pParentStream->PostErrorEvent(ERROR_EVENT_FIFO_OVERFLOW, "'GRB FIFO Overflow' event detected.");
+  }
+  if ((nEvents & GRB_EVENT_SYNC_LOST) != 0) {
+    pParentStream->PostErrorEvent(ERROR_EVENT_SYNC_LOST, "'GRB Sync Lost' event detected.");
   }
 }
 
@@ -319,7 +328,7 @@ void CStreamImpl::ReleaseBuffer(CBufferInfo *pBufferInfo) {
   LVX_ASSERT(pBufferInfo != 0);
   const uint32_t nNumBuffers = m_iNumBuffers;
   if (nNumBuffers == 0 || m_pReleasedIds == nullptr) {
-    // A failed start leaves no ring.
+    // After a failed start, and ahead of the first one, there is nothing to release against.
     return;
   }
   const uint32_t nId = pBufferInfo->BufferId();
@@ -370,7 +379,6 @@ void CStreamImpl::Freeze(bool) {
   }
   // The stream lives to the end of this function, also if this was the last to hold it.
   const std::shared_ptr<CDataStream> pParentStream = std::move(m_pParentStream);
-  m_pParentStream.reset();
   m_iFramesToAcquire = 0;
   if (!bSuccess) {
     Stream(GRB_STREAM_ABORT);

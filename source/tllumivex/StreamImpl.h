@@ -66,9 +66,12 @@ class CStreamImpl {
 
  private:
   /// What the library calls. pvParams is the engine.
-  static void GRB_CallbackEvent(GRB_HANDLE hGrbChannel, uint32_t nEvents, void *pvParams);
+  static void GRB_CallbackEvent(GRB_HANDLE hGrbChannel, uint32_t nEvents, void *pvParams) noexcept;
+  void OnEvents(uint32_t nEvents);
+  // Kept: static, because its assertions name the engine pThis.
   static void OnBufferReady(CStreamImpl *pThis, CDataStream *pParentStream);
   void OnFinalCallback();
+  void ReportFailure(const char *pText) noexcept;
 
   void CollectQueuedBuffers(const CBufferList &BufferList);
   void ProgramLibrary(bool bBufferSetChanged);

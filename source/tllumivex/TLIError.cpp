@@ -2,9 +2,9 @@
 #include "TLIError.h"
 
 #include <cstring>
+#include <memory>
 
-#include <boost/thread/tss.hpp>
-
+#include "PerThread.h"
 #include "Platform.h"
 #include "TLIException.h"
 
@@ -12,7 +12,7 @@ namespace GenICam::Client {
 
 namespace {
 
-boost::thread_specific_ptr<CTLIError> g_pTLIError;
+CPerThread<CTLIError> g_TLIErrors;
 
 }  // namespace
 
@@ -40,12 +40,7 @@ void CTLIError::GetErrTxt(GC_ERROR *piErrorCode, char *sErrText, size_t *piSize)
 }
 
 CTLIError &GetTLIError() {
-  CTLIError *pError = g_pTLIError.get();
-  if (pError == nullptr) {
-    pError = new CTLIError(Lumivex::Platform::CurrentThreadId());
-    g_pTLIError.reset(pError);
-  }
-  return *pError;
+  return g_TLIErrors.Get([] { return std::make_unique<CTLIError>(Lumivex::Platform::CurrentThreadId()); });
 }
 
 }  // namespace GenICam::Client

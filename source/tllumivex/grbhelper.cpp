@@ -26,42 +26,39 @@ constexpr ConversionRow kScanTypes[] = {
     {1, GRB_CAM_AREASCAN_ROI},
 };
 
+/// The other side of the row whose member pFrom has the value; the caller hands its message and LVX_HERE on.
+template <size_t nRows>
+uint32_t Convert(const ConversionRow (&rows)[nRows], uint32_t ConversionRow::*pFrom, uint32_t ConversionRow::*pTo,
+                 uint32_t nValue, const char *pMessage, const char *pFunction, const char *pFile, uint32_t nLine) {
+  for (const ConversionRow &row : rows) {
+    if (row.*pFrom == nValue) {
+      return row.*pTo;
+    }
+  }
+  throw unknown_error(FormatMessageText(pMessage, nValue), pFunction, pFile, nLine);
+}
+
+constexpr const char *kUnknownDecimation = "Unknown or unsupported decimation value 0x%08X";
+constexpr const char *kUnknownScanType = "Unknown or unsupported scantype value 0x%08X";
+
 }  // namespace
 
 uint32_t CGRBHelper::ConvertInt2GrbDecimation(uint32_t nDecimation) {
-  for (const ConversionRow &row : kDecimations) {
-    if (row.nGenICam == nDecimation) {
-      return row.nGrb;
-    }
-  }
-  throw unknown_error(FormatMessageText("Unknown or unsupported decimation value 0x%08X", nDecimation), LVX_HERE);
+  return Convert(kDecimations, &ConversionRow::nGenICam, &ConversionRow::nGrb, nDecimation, kUnknownDecimation,
+                 LVX_HERE);
 }
 
 uint32_t CGRBHelper::ConvertGrbDecimation2Int(uint32_t nGrbDecimation) {
-  for (const ConversionRow &row : kDecimations) {
-    if (row.nGrb == nGrbDecimation) {
-      return row.nGenICam;
-    }
-  }
-  throw unknown_error(FormatMessageText("Unknown or unsupported decimation value 0x%08X", nGrbDecimation), LVX_HERE);
+  return Convert(kDecimations, &ConversionRow::nGrb, &ConversionRow::nGenICam, nGrbDecimation, kUnknownDecimation,
+                 LVX_HERE);
 }
 
 uint32_t CGRBHelper::ConvertGenICamScanType2Grb(uint32_t nScanType) {
-  for (const ConversionRow &row : kScanTypes) {
-    if (row.nGenICam == nScanType) {
-      return row.nGrb;
-    }
-  }
-  throw unknown_error(FormatMessageText("Unknown or unsupported scantype value 0x%08X", nScanType), LVX_HERE);
+  return Convert(kScanTypes, &ConversionRow::nGenICam, &ConversionRow::nGrb, nScanType, kUnknownScanType, LVX_HERE);
 }
 
 uint32_t CGRBHelper::ConvertGrbScanType2GenICam(uint32_t nGrbScanType) {
-  for (const ConversionRow &row : kScanTypes) {
-    if (row.nGrb == nGrbScanType) {
-      return row.nGenICam;
-    }
-  }
-  throw unknown_error(FormatMessageText("Unknown or unsupported scantype value 0x%08X", nGrbScanType), LVX_HERE);
+  return Convert(kScanTypes, &ConversionRow::nGrb, &ConversionRow::nGenICam, nGrbScanType, kUnknownScanType, LVX_HERE);
 }
 
 }  // namespace GenICam::Client
