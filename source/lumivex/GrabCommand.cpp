@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+
+#include "GrabCommand.h"
+
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+#include <sstream>
+
+#include "Catalog.h"
+#include "Grabber.h"
+#include "OutputPattern.h"
+#include "PixelUnpacker.h"
+#include "Platform.h"
+#include "PngWriter.h"
+#include "ProducerSearch.h"
+#include "Progress.h"
+#include "Text.h"
+
+namespace Lumivex::Consumer {
+namespace {
+
+using std::chrono::steady_clock;
+
+constexpr uint64_t kMostFrames = 1'000'000'000;
+constexpr double kShortestTimeout = 0.001;
+constexpr double kLongestTimeout = 86400.0;
+
+std::string FramesPerSecond(uint64_t frames, steady_clock::time_point since) {
+  const double seconds = std::chrono::duration<double>(steady_clock::now() - since).count();
+  std::ostringstream text;
+  text << std::fixed << std::setprecision(1) << (seconds > 0 ? static_cast<double>(frames) / seconds : 0.0)
+       << " frames/s";
+  return text.str();
+}
+
+// CLI::Range lets "nan" pass.
+std::string CheckTimeout(const std::string &text) {
+  double seconds = 0;
+  if (CLI::detail::lexical_cast(text, seconds) && seconds >= kShortestTimeout && seconds <= kLongestTimeout) {
+    return "";
+  }
+  return "'" + text + "' is no time from 0.001 to 86400 seconds";
+}
+
+std::shared_ptr<const CDevice> OpenCamera(const std::string &producerFile, const std::string &wish) {
+  const CCatalog catalog(ChooseProducerFiles(producerFile, EnvironmentValue(kProducerPathVariable)));
+  for (const CCommandError &failure : catalog.Failures()) {
+    std::cerr << "lumivex: " << failure.what() << '\n';
+  }
+  const std::vector<CameraEntry> cameras = catalog.Cameras();
+  const CameraEntry &camera = CCatalog::Select(cameras, wish);
+  if (Interrupted()) {
+    throw CCommandError(ExitCode::Interrupted, "interrupted before the camera was opened");
+  }
+  return std::make_shared<const CDevice>(camera.pInterface, camera.id, GenTL::DEVICE_ACCESS_CONTROL);
+}
+
+}  // namespace
+
+const CLI::App *CGrabCommand::Declare(CLI::App &app) {
+  CLI::App *pCommand = app.add_subcommand("grab", "Write frames of a camera to PNG files");
+  AddProducerOption(*pCommand, m_ProducerFile);
+  pCommand->add_option("-n,--count", m_Count, "Number of frames")
+      ->type_name("N")
+      ->capture_default_str()
+      ->check(CLI::Range(uint64_t{1}, kMostFrames).description(""));
+  pCommand
+      ->add_option("-o,--output", m_Output,
+                   "Name of the files; %d, or %03d, is where the number goes, from 1. Files of that name are replaced")
+      ->type_name("PATTERN")
+      ->capture_default_str();
+  pCommand->add_option("-t,--timeout", m_Timeout, "Longest wait for a frame, in seconds")
+      ->type_name("SECONDS")
+      ->capture_default_str()
+      ->check(CLI::Validator(CheckTimeout, "", "timeout"));
+  pCommand
+      ->add_option("device", m_Device,
+                   "Camera by id, name, board/id or number, as 'lumivex list' shows them (default: the first free one)")
+      ->type_name("");
+  return pCommand;
+}
+
+ExitCode CGrabCommand::Run() {
+  const COutputPattern pattern(m_Output, m_Count);
+  // Before any hardware is touched: a name that cannot be written is the user's slip.
+  { const CPngWriter probe(pattern.Name(1)); }
+
+  const auto limit = std::chrono::milliseconds(std::llround(m_Timeout * 1000.0));
+  CGrabber grabber(OpenCamera(m_ProducerFile, m_Device), m_Count, limit);
+
+  CProgress progress(stdout);
+  const auto begin = steady_clock::now();
+  std::string summary;
+  const auto writeFrame = [&](const Frame &frame, uint64_t number) {
+    const Picture picture = CPixelUnpacker::Unpack(frame);
+    const std::string file = pattern.Name(number);
+    CPngWriter(file).Write(picture);
+    if (!progress.Visible()) {
+      std::cout << file << std::endl;
+      RequireOutput();
+      return;
+    }
+    progress.Show("frame " + std::to_string(number) + " of " + std::to_string(m_Count) + ", " +
+                  FramesPerSecond(number, begin));
+    summary = Counted(number, "frame") + " of " + std::to_string(picture.width) + " x " +
+              std::to_string(picture.height) + " " + picture.pFormatName + " written: " + pattern.Name(1) +
+              (number > 1 ? " to " + file : "");
+  };
+  const auto report = [&] {
+    progress.Clear();
+    if (!summary.empty()) {
+      std::cout << summary << std::endl;
+    }
+    for (const std::string &warning : grabber.Warnings()) {
+      std::cerr << "lumivex: " << warning << '\n';
+    }
+  };
+  try {
+    grabber.Run(writeFrame);
+  } catch (const CCommandError &) {
+    report();
+    throw;
+  }
+  report();
+  return ExitCode::Success;
+}
+
+}  // namespace Lumivex::Consumer

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+
+#include <csignal>
+#include <cstdlib>
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include "CommandError.h"
+#include "Platform.h"
+
+namespace Lumivex::Consumer {
+namespace {
+
+volatile std::sig_atomic_t g_interrupted = 0;
+
+extern "C" void OnInterrupt(int) { g_interrupted = 1; }
+
+}  // namespace
+
+CDynamicLibrary::CDynamicLibrary(const std::filesystem::path &file)
+    : m_pHandle(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+  if (m_pHandle == nullptr) {
+    const char *reason = dlerror();
+    throw CCommandError(ExitCode::NoProducer,
+                        "cannot load '" + file.string() + "': " + (reason != nullptr ? reason : "unknown reason"));
+  }
+}
+
+CDynamicLibrary::~CDynamicLibrary() { dlclose(m_pHandle); }
+
+void *CDynamicLibrary::Symbol(const char *name) const noexcept { return dlsym(m_pHandle, name); }
+
+char PathListSeparator() noexcept { return ':'; }
+
+std::string EnvironmentValue(const char *name) {
+  const char *value = std::getenv(name);
+  return value != nullptr ? value : "";
+}
+
+bool IsTerminal(std::FILE *file) noexcept { return isatty(fileno(file)) == 1; }
+
+unsigned long ProcessNumber() noexcept { return static_cast<unsigned long>(getpid()); }
+
+std::FILE *CreateNewFile(const std::filesystem::path &file) noexcept { return std::fopen(file.c_str(), "wbxe"); }
+
+void CatchInterrupts() noexcept {
+  struct sigaction action = {};
+  action.sa_handler = OnInterrupt;
+  // After the first signal the old action stands again: whoever asks twice is not kept waiting for an orderly end.
+  action.sa_flags = static_cast<int>(SA_RESETHAND);
+  sigemptyset(&action.sa_mask);
+  sigaction(SIGINT, &action, nullptr);
+  sigaction(SIGTERM, &action, nullptr);
+  std::signal(SIGPIPE, SIG_IGN);
+}
+
+bool Interrupted() noexcept { return g_interrupted != 0; }
+
+}  // namespace Lumivex::Consumer

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+
+/// \file
+/// lumivex: a GenTL Consumer for the command line. Exit codes: ExitCodes.h.
+
+#include <exception>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "CommandError.h"
+#include "GrabCommand.h"
+#include "ListCommand.h"
+#include "Platform.h"
+#include "Text.h"
+
+namespace {
+
+using Lumivex::Consumer::CCommandError;
+using Lumivex::Consumer::ExitCode;
+using Lumivex::Consumer::ICommand;
+
+struct Command {
+  std::unique_ptr<ICommand> pCommand;
+  const CLI::App *pDeclared;
+};
+
+std::string ExitCodeHelp() {
+  std::vector<std::vector<std::string>> rows;
+  for (const auto &row : Lumivex::Consumer::kExitCodes) {
+    rows.push_back({" ", std::to_string(static_cast<int>(row.code)), row.text});
+  }
+  std::string text = "Exit codes:\n";
+  for (const std::string &line : Lumivex::Consumer::AlignColumns(rows)) {
+    text += line + "\n";
+  }
+  return text;
+}
+
+int Complain(ExitCode code, const std::string &message) {
+  std::cerr << "lumivex: " << message << std::endl;
+  return static_cast<int>(code);
+}
+
+int Run(int argc, char **argv) {
+  CLI::App app("Shows the cameras that GenTL Producers find, and takes pictures with them.", "lumivex");
+  app.set_version_flag("--version", std::string("lumivex ") + LUMIVEX_VERSION);
+  app.require_subcommand(0, 1);
+  app.footer(ExitCodeHelp());
+
+  std::vector<Command> commands;
+  commands.push_back({std::make_unique<Lumivex::Consumer::CListCommand>(), nullptr});
+  commands.push_back({std::make_unique<Lumivex::Consumer::CGrabCommand>(), nullptr});
+  for (Command &command : commands) {
+    command.pDeclared = command.pCommand->Declare(app);
+  }
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success &wish) {
+    return app.exit(wish);
+  } catch (const CLI::ParseError &error) {
+    return Complain(ExitCode::Usage, Lumivex::Consumer::OneLine(error.what()) + "; see lumivex --help");
+  }
+
+  Lumivex::Consumer::CatchInterrupts();
+  for (const Command &command : commands) {
+    if (command.pDeclared->parsed()) {
+      return static_cast<int>(command.pCommand->Run());
+    }
+  }
+  return Complain(ExitCode::Usage, "a command is missing, such as list or grab; see lumivex --help");
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  try {
+    return Run(argc, argv);
+  } catch (const CCommandError &error) {
+    return Complain(error.Code(), error.what());
+  } catch (const std::exception &error) {
+    return Complain(ExitCode::Internal, error.what());
+  }
+}
