@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 
+#include "BufferPool.h"
 #include "Helper.h"
 #include "TLIException.h"
 
@@ -39,6 +40,10 @@ CBufferInfo::~CBufferInfo() {
     std::free(m_pBase);
   }
 }
+
+void *CBufferInfo::operator new(size_t) { return CBufferPool::Take(); }
+
+void CBufferInfo::operator delete(void *pMemory) noexcept { CBufferPool::GiveBack(pMemory); }
 
 void *CBufferInfo::Buffer() const {
   if (m_pBase == nullptr) {

@@ -17,7 +17,7 @@ namespace GenICam::Client {
 /// during a run), or the delivery list under its lock. Fields that change are atomic, since a Consumer may look at a
 /// buffer that it has not got back; no two of them have to agree then. Takes no lock.
 /// The port and event operations refuse: a buffer has neither.
-class CBufferInfo : public ICommonBase {
+class CBufferInfo final : public ICommonBase {
  public:
   /// What a run stamps on a filled buffer.
   struct Stamp {
@@ -33,6 +33,10 @@ class CBufferInfo : public ICommonBase {
   /// Memory of the Producer's own, unless bExternal is set. A failed allocation shows when the base is asked for.
   CBufferInfo(size_t iSize, void *pUserPointer, bool bExternal);
   ~CBufferInfo() override;
+
+  /// From CBufferPool.
+  static void *operator new(size_t iSize);
+  static void operator delete(void *pMemory) noexcept;
 
   /// The image memory. @throws unknown_error if there is none
   void *Buffer() const;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "BufferInfo.h"
+#include "BufferPool.h"
 #include "Device.h"
 #include "EventError.h"
 #include "EventNewBuffer.h"
@@ -168,7 +169,10 @@ void CDataStream::DSRevokeBuffer(BUFFER_HANDLE hBuffer, void **ppBuffer, void **
 }
 
 CBufferInfo *CDataStream::BufferOf(BUFFER_HANDLE hBuffer) const {
-  auto *pBufferInfo = TypeCast<CBufferInfo>(hBuffer);
+  CBufferInfo *pBufferInfo = CBufferPool::Find(hBuffer);
+  if (pBufferInfo == nullptr) {
+    pBufferInfo = TypeCast<CBufferInfo>(hBuffer);
+  }
   if (pBufferInfo->Owner() != this) {
     throw invalidparameter_error("Invalid Buffer Handle.", LVX_HERE);
   }
@@ -458,9 +462,7 @@ void CDataStream::KillWait() {
   m_DeliverCondition.notify_all();
 }
 
-void CDataStream::PostErrorEvent(int32_t iCode, const std::string &strText) {
-  m_pEventError->AddEvent(CErrorEventEntry(iCode, strText));
-}
+void CDataStream::PostErrorEvent(int32_t iCode, const char *pText) { m_pEventError->AddEvent(iCode, pText); }
 
 void CDataStream::ReadData(uint64_t iAddress, void *pBuffer, size_t *piSize) {
   m_RegisterMap.Read(iAddress, static_cast<uint32_t *>(pBuffer), *piSize);

@@ -68,7 +68,7 @@ class CDataStream : public std::enable_shared_from_this<CDataStream>, public ICo
   /// Ends the current GetFilledBuffer, or the next one.
   void KillWait();
   /// Puts a report into EVENT_ERROR.
-  void PostErrorEvent(int32_t iCode, const std::string &strText);
+  void PostErrorEvent(int32_t iCode, const char *pText);
 
   void ReadData(uint64_t iAddress, void *pBuffer, size_t *piSize) override;
   void WriteData(uint64_t iAddress, const void *pBuffer, size_t *piSize) override;

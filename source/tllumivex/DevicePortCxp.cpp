@@ -82,7 +82,9 @@ void CDevicePortCxp::ReadData(uint64_t iAddress, void *pBuffer, size_t *piSize) 
   const size_t iWanted = *piSize;
   const auto localUrl = m_LocalUrls.find(iAddress);
   const bool bFound = localUrl != m_LocalUrls.end();
-  const size_t iRead = bFound ? (iWanted + kWordSize - 1) / kWordSize * kWordSize : iWanted;
+  // A size that cannot be rounded up is one for which there is no memory either.
+  const bool bRounded = bFound && iWanted <= SIZE_MAX - kWordSize;
+  const size_t iRead = bRounded ? (iWanted + kWordSize - 1) / kWordSize * kWordSize : iWanted;
   // Never without memory: a read of no bytes has to trip over its size.
   std::vector<uint8_t> bytes(std::max(iRead, size_t{1}), 0);
   m_pGrbChannelHandle->CameraRead(bytes.data(), iRead, iAddress, Settings::TimeOut);

@@ -13,9 +13,9 @@ namespace {
 constexpr uint64_t kMaxQueued = 2000;
 constexpr size_t kCodeSize = 4;
 
-int32_t CodeOf(const void *pBlock, size_t iSize) {
+int32_t CodeOf(const void *pBlock) {
   int32_t iCode = 0;
-  std::memcpy(&iCode, pBlock, iSize < kCodeSize ? iSize : kCodeSize);
+  std::memcpy(&iCode, pBlock, kCodeSize);
   return iCode;
 }
 
@@ -26,6 +26,17 @@ CErrorEventEntry::CErrorEventEntry(int32_t iCode, const std::string &strText) : 
 
 CErrorEventEntry::CErrorEventEntry(const CErrorEventEntry &other)
     : ICommonBaseType(), m_iCode(other.m_iCode), m_Text(other.m_Text) {}
+
+CErrorEventEntry &CErrorEventEntry::operator=(const CErrorEventEntry &other) {
+  m_iCode = other.m_iCode;
+  m_Text = other.m_Text;
+  return *this;
+}
+
+void CErrorEventEntry::Assign(int32_t iCode, const char *pText) {
+  m_iCode = iCode;
+  m_Text = pText;
+}
 
 void CErrorEventEntry::ToBuf(void *pBuffer, size_t *piSize) const {
   RequirePointer(pBuffer, "Invalid buffer", LVX_HERE);
@@ -41,20 +52,25 @@ void CErrorEventEntry::ToBuf(void *pBuffer, size_t *piSize) const {
 
 CEventError::CEventError() : CEventQueue<CErrorEventEntry>(EVENT_ERROR, kMaxQueued) {}
 
+void CEventError::AddEvent(int32_t iCode, const char *pText) {
+  Append([iCode, pText](CErrorEventEntry &entry) { entry.Assign(iCode, pText); });
+}
+
 void CEventError::GetDataInfo(const void *pInBuffer, size_t iInSize, EVENT_DATA_INFO_CMD iInfoCmd,
                               INFO_DATATYPE *piType, void *pOutBuffer, size_t *piOutSize) {
-  switch (iInfoCmd) {
-    case EVENT_DATA_ID:
-      return SetReturnParam(pOutBuffer, piOutSize, piType, CodeOf(pInBuffer, iInSize));
-    case EVENT_DATA_VALUE: {
-      const size_t iTextSize = iInSize < kCodeSize ? 0 : iInSize - kCodeSize;
-      return SetReturnParam(pOutBuffer, piOutSize, piType, INFO_DATATYPE_STRING,
-                            static_cast<const uint8_t *>(pInBuffer) + kCodeSize, iTextSize);
-    }
-    case EVENT_DATA_NUMID:
-      return SetReturnParam(pOutBuffer, piOutSize, piType, uint64_t{static_cast<uint32_t>(CodeOf(pInBuffer, iInSize))});
-    default:
-      throw invalidparameter_error("Invalid Event Data Info ID.", LVX_HERE);
+  if (iInfoCmd != EVENT_DATA_ID && iInfoCmd != EVENT_DATA_VALUE && iInfoCmd != EVENT_DATA_NUMID) {
+    throw invalidparameter_error("Invalid Event Data Info ID.", LVX_HERE);
+  }
+  if (iInSize < kCodeSize) {
+    throw invalidparameter_error("Invalid buffer Size", LVX_HERE);
+  }
+  if (iInfoCmd == EVENT_DATA_ID) {
+    SetReturnParam(pOutBuffer, piOutSize, piType, CodeOf(pInBuffer));
+  } else if (iInfoCmd == EVENT_DATA_NUMID) {
+    SetReturnParam(pOutBuffer, piOutSize, piType, uint64_t{static_cast<uint32_t>(CodeOf(pInBuffer))});
+  } else {
+    SetReturnParam(pOutBuffer, piOutSize, piType, INFO_DATATYPE_STRING,
+                   static_cast<const uint8_t *>(pInBuffer) + kCodeSize, iInSize - kCodeSize);
   }
 }
 

@@ -23,8 +23,13 @@ class CErrorEventEntry : public virtual ICommonBaseType {
   /// What the code and the terminator leave for the text; the size that a Consumer's block has to have.
   static constexpr size_t kMaxDataSize = kMaxEventSize - 5;
 
+  CErrorEventEntry() : CErrorEventEntry(0, std::string()) {}
   CErrorEventEntry(int32_t iCode, const std::string &strText);
   CErrorEventEntry(const CErrorEventEntry &other);
+  CErrorEventEntry &operator=(const CErrorEventEntry &other);
+
+  /// Takes another report's place; its storage is used again.
+  void Assign(int32_t iCode, const char *pText);
 
   /// Writes the data block: the code, the text, a zero. *piSize becomes the text's length plus 5.
   /// @throws invalidparameter_error if the block does not fit
@@ -39,6 +44,10 @@ class CErrorEventEntry : public virtual ICommonBaseType {
 class CEventError : public CEventQueue<CErrorEventEntry> {
  public:
   CEventError();
+
+  using CEventQueue<CErrorEventEntry>::AddEvent;
+  /// Takes a report in, without an entry made for it.
+  void AddEvent(int32_t iCode, const char *pText);
 
   /// Decodes a block, whatever the event's state.
   void GetDataInfo(const void *pInBuffer, size_t iInSize, EVENT_DATA_INFO_CMD iInfoCmd, INFO_DATATYPE *piType,

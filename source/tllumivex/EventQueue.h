@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <string>
+#include <vector>
 
 #include <boost/thread/condition_variable.hpp>
 #include <boost/thread/locks.hpp>
@@ -37,17 +38,16 @@ class CEventQueue : public IEventObj {
     RequireEnabled(LVX_HERE);
     RequirePointer(piSize, "Null parameter iSize.", LVX_HERE);
     Lock lock(m_QueueLock);
-    if (!m_bKilled && m_Q.empty() && !WaitOnce(m_QueueCondition, lock, iTimeout)) {
+    if (!m_bKilled && m_iNumQueued == 0 && !WaitOnce(m_QueueCondition, lock, iTimeout)) {
       return false;
     }
     if (m_bKilled) {
       m_bKilled = false;
       throw abort_error("Wait terminated", LVX_HERE);
     }
-    if (m_Q.empty()) {
+    if (m_iNumQueued == 0) {
       throw unknown_error(" Empty event queue but signaled.", LVX_HERE);
     }
-    LVX_ASSERT(m_Q.empty() == false);
     if (pBuffer == nullptr || *piSize == 0) {
       // Kept: to the Consumer a size query looks like a timeout.
       *piSize = Entry::kMaxDataSize;
@@ -56,10 +56,9 @@ class CEventQueue : public IEventObj {
     if (*piSize < Entry::kMaxDataSize) {
       throw invalidparameter_error("Buffer too small.", LVX_HERE);
     }
-    const Entry entry(m_Q.front());
-    entry.ToBuf(pBuffer, piSize);
-    m_Q.pop_front();
-    m_iNumQueued = m_Q.size();
+    m_Q[m_iFront].ToBuf(pBuffer, piSize);
+    m_iFront = (m_iFront + 1) % m_Q.size();
+    --m_iNumQueued;
     return true;
   }
 
@@ -93,7 +92,6 @@ class CEventQueue : public IEventObj {
   void Flush() override {
     RequireEnabled(LVX_HERE);
     const Lock lock(m_QueueLock);
-    m_Q.clear();
     m_iNumQueued = 0;
   }
 
@@ -106,19 +104,7 @@ class CEventQueue : public IEventObj {
 
   /// Takes a report in. Never waits for the Consumer.
   virtual void AddEvent(const Entry &entry) {
-    if (!m_bEnabled) {
-      return;
-    }
-    {
-      const Lock lock(m_QueueLock);
-      if (m_Q.size() >= m_iMaxQueued) {
-        return;
-      }
-      m_Q.push_back(entry);
-      m_iNumQueued = m_Q.size();
-      ++m_iNumFired;
-    }
-    m_QueueCondition.notify_all();
+    Append([&entry](Entry &place) { place = entry; });
   }
 
   /// @throws resourceinuse_error
@@ -131,6 +117,28 @@ class CEventQueue : public IEventObj {
   /// What is queued stays, for a later enabling.
   virtual void DisableEvent() { m_bEnabled = false; }
 
+ protected:
+  /// Takes a report in that fill writes into its place.
+  template <class Fill>
+  void Append(const Fill &fill) {
+    if (!m_bEnabled) {
+      return;
+    }
+    {
+      const Lock lock(m_QueueLock);
+      if (m_iNumQueued >= m_iMaxQueued) {
+        return;
+      }
+      if (m_iNumQueued == m_Q.size()) {
+        Grow();
+      }
+      fill(m_Q[(m_iFront + m_iNumQueued) % m_Q.size()]);
+      ++m_iNumQueued;
+      ++m_iNumFired;
+    }
+    m_QueueCondition.notify_all();
+  }
+
  private:
   using Lock = boost::unique_lock<boost::recursive_mutex>;
 
@@ -140,10 +148,22 @@ class CEventQueue : public IEventObj {
     }
   }
 
+  /// The ring is full: a larger one begins with the oldest.
+  void Grow() {
+    std::rotate(m_Q.begin(), m_Q.begin() + static_cast<ptrdiff_t>(m_iFront), m_Q.end());
+    m_iFront = 0;
+    m_Q.resize(m_Q.empty() ? kFirstSize : 2 * m_Q.size());
+  }
+
+  static constexpr size_t kFirstSize = 16;
+
   boost::recursive_mutex m_QueueLock;
   boost::condition_variable_any m_QueueCondition;
-  std::deque<Entry> m_Q;
-  // The size of m_Q, for the query that reads it without the lock.
+  // Guarded by m_QueueLock. A ring that only grows, whose entries keep their storage: a report in steady state asks the
+  // heap for nothing.
+  std::vector<Entry> m_Q;
+  size_t m_iFront = 0;
+  // Atomic for the query that reads it without the lock.
   std::atomic<size_t> m_iNumQueued{0};
   // Stand alone: no two of them have to agree.
   std::atomic<bool> m_bEnabled;

@@ -14,21 +14,22 @@ namespace {
 
 enum class NullCheckOrder { SizeThenType, TypeThenSize };
 
+/// The caller hands its own LVX_HERE on: a failure names the family.
 void StoreReturnParam(NullCheckOrder order, void *pBuffer, size_t *piSize, INFO_DATATYPE *piType, INFO_DATATYPE iType,
-                      const void *pData, size_t iDataSize) {
+                      const void *pData, size_t iDataSize, const char *pFunction, const char *pFile, uint32_t nLine) {
   if (order == NullCheckOrder::TypeThenSize && piType == nullptr) {
-    throw invalidparameter_error("Invalid Type.", LVX_HERE);
+    throw invalidparameter_error("Invalid Type.", pFunction, pFile, nLine);
   }
   if (piSize == nullptr) {
-    throw invalidparameter_error("Invalid Size.", LVX_HERE);
+    throw invalidparameter_error("Invalid Size.", pFunction, pFile, nLine);
   }
   if (piType == nullptr) {
-    throw invalidparameter_error("Invalid Type.", LVX_HERE);
+    throw invalidparameter_error("Invalid Type.", pFunction, pFile, nLine);
   }
   *piType = iType;
   if (pBuffer != nullptr) {
     if (*piSize != 0 && *piSize < iDataSize) {
-      throw invalidparameter_error("Invalid Buffer Size.", LVX_HERE);
+      throw invalidparameter_error("Invalid Buffer Size.", pFunction, pFile, nLine);
     }
     std::memcpy(pBuffer, pData, iDataSize);
   }
@@ -36,15 +37,17 @@ void StoreReturnParam(NullCheckOrder order, void *pBuffer, size_t *piSize, INFO_
 }
 
 template <class Value>
-void StoreNumber(void *pBuffer, size_t *piSize, INFO_DATATYPE *piType, INFO_DATATYPE iType, Value value) {
-  StoreReturnParam(NullCheckOrder::TypeThenSize, pBuffer, piSize, piType, iType, &value, sizeof(value));
+void StoreNumber(void *pBuffer, size_t *piSize, INFO_DATATYPE *piType, INFO_DATATYPE iType, Value value,
+                 const char *pFunction, const char *pFile, uint32_t nLine) {
+  StoreReturnParam(NullCheckOrder::TypeThenSize, pBuffer, piSize, piType, iType, &value, sizeof(value), pFunction,
+                   pFile, nLine);
 }
 
 }  // namespace
 
 void SetReturnParam(void *pBuffer, size_t *piSize, INFO_DATATYPE *piType, INFO_DATATYPE iType, const void *pData,
                     size_t iDataSize) {
-  StoreReturnParam(NullCheckOrder::SizeThenType, pBuffer, piSize, piType, iType, pData, iDataSize);
+  StoreReturnParam(NullCheckOrder::SizeThenType, pBuffer, piSize, piType, iType, pData, iDataSize, LVX_HERE);
 }
 
 void SetReturnParam(void *pBuffer, size_t *piSize, INFO_DATATYPE *piType, const std::string &strValue) {
@@ -56,36 +59,27 @@ void SetReturnParam(void *pBuffer, size_t *piSize, INFO_DATATYPE *piType, const 
 }
 
 void SetReturnParam(void *pBuffer, size_t *piSize, INFO_DATATYPE *piType, int32_t iValue) {
-  StoreNumber(pBuffer, piSize, piType, INFO_DATATYPE_INT32, iValue);
+  StoreNumber(pBuffer, piSize, piType, INFO_DATATYPE_INT32, iValue, LVX_HERE);
 }
 
 void SetReturnParam(void *pBuffer, size_t *piSize, INFO_DATATYPE *piType, uint32_t nValue) {
-  StoreNumber(pBuffer, piSize, piType, INFO_DATATYPE_UINT32, nValue);
+  StoreNumber(pBuffer, piSize, piType, INFO_DATATYPE_UINT32, nValue, LVX_HERE);
 }
 
 void SetReturnParam(void *pBuffer, size_t *piSize, INFO_DATATYPE *piType, uint64_t nValue) {
-  StoreNumber(pBuffer, piSize, piType, INFO_DATATYPE_UINT64, nValue);
+  StoreNumber(pBuffer, piSize, piType, INFO_DATATYPE_UINT64, nValue, LVX_HERE);
 }
 
 void SetReturnParam(void *pBuffer, size_t *piSize, INFO_DATATYPE *piType, bool8_t bValue) {
-  StoreNumber(pBuffer, piSize, piType, INFO_DATATYPE_BOOL8, static_cast<uint8_t>(bValue ? 1 : 0));
+  StoreNumber(pBuffer, piSize, piType, INFO_DATATYPE_BOOL8, static_cast<uint8_t>(bValue ? 1 : 0), LVX_HERE);
 }
 
 void SetReturnParamSize_t(void *pBuffer, size_t *piSize, INFO_DATATYPE *piType, size_t iValue) {
-  StoreNumber(pBuffer, piSize, piType, INFO_DATATYPE_SIZET, iValue);
+  StoreNumber(pBuffer, piSize, piType, INFO_DATATYPE_SIZET, iValue, LVX_HERE);
 }
 
-void RequirePointer(const void *pPointer, const char *pMessage, const char *pFunction, const char *pFile,
-                    uint32_t nLine) {
-  if (pPointer == nullptr) {
-    throw invalidparameter_error(pMessage, pFunction, pFile, nLine);
-  }
-}
-
-void RequireRoom(const void *pBuffer, const size_t *piSize, const char *pFunction, const char *pFile, uint32_t nLine) {
-  if (pBuffer != nullptr && *piSize == 0) {
-    throw invalidparameter_error("Size of buffer cannot be null.", pFunction, pFile, nLine);
-  }
+void ThrowInvalidParameter(const char *pMessage, const char *pFunction, const char *pFile, uint32_t nLine) {
+  throw invalidparameter_error(pMessage, pFunction, pFile, nLine);
 }
 
 void RequireInfoArguments(const char *pTypeMessage, const INFO_DATATYPE *piType, const void *pBuffer,

@@ -32,14 +32,26 @@ void SetReturnParam(void *pBuffer, size_t *piSize, INFO_DATATYPE *piType, bool8_
 void SetReturnParamSize_t(void *pBuffer, size_t *piSize, INFO_DATATYPE *piType, size_t iValue);
 /// @}
 
+/// The throw of the checks below stands apart, so that each costs a comparison. @throws invalidparameter_error
+[[noreturn]] void ThrowInvalidParameter(const char *pMessage, const char *pFunction, const char *pFile, uint32_t nLine);
+
 /// @name Checks of the entry points
 /// The caller hands its own LVX_HERE on, so that the text of a failure names the exported function.
 /// @throws invalidparameter_error
 /// @{
-void RequirePointer(const void *pPointer, const char *pMessage, const char *pFunction, const char *pFile,
-                    uint32_t nLine);
+inline void RequirePointer(const void *pPointer, const char *pMessage, const char *pFunction, const char *pFile,
+                           uint32_t nLine) {
+  if (pPointer == nullptr) {
+    ThrowInvalidParameter(pMessage, pFunction, pFile, nLine);
+  }
+}
 /// The buffer rule: a buffer must not come with a size of 0.
-void RequireRoom(const void *pBuffer, const size_t *piSize, const char *pFunction, const char *pFile, uint32_t nLine);
+inline void RequireRoom(const void *pBuffer, const size_t *piSize, const char *pFunction, const char *pFile,
+                        uint32_t nLine) {
+  if (pBuffer != nullptr && *piSize == 0) {
+    ThrowInvalidParameter("Size of buffer cannot be null.", pFunction, pFile, nLine);
+  }
+}
 /// The three checks of an info function, in their order: type, size, buffer rule.
 void RequireInfoArguments(const char *pTypeMessage, const INFO_DATATYPE *piType, const void *pBuffer,
                           const size_t *piSize, const char *pFunction, const char *pFile, uint32_t nLine);

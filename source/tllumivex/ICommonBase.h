@@ -6,7 +6,9 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <mutex>
 #include <string>
+#include <typeinfo>
 
 #include "GenTL.h"
 #include "LiveHandles.h"
@@ -110,11 +112,56 @@ void *HandleOf(Object *pObject) {
   return static_cast<ICommonBaseType *>(pObject);
 }
 
+/// dynamic_cast with a memory. The search through the class tree costs more than the rest of a short call, and its
+/// answer is the same for all objects of a class: T's offset in the object. So it is made once for each class.
+/// Takes a lock at a class' first cast only.
+template <class T>
+T *CheckedCast(ICommonBaseType *pObject) {
+  struct Known {
+    std::atomic<const std::type_info *> pClass{nullptr};
+    std::atomic<ptrdiff_t> nOffset{0};
+  };
+  constexpr size_t kClasses = 8;
+  static Known s_Known[kClasses];
+  static std::mutex s_Lock;
+
+  if (pObject == nullptr) {
+    return nullptr;
+  }
+  const std::type_info *pClass = &typeid(*pObject);
+  char *pWhole = static_cast<char *>(dynamic_cast<void *>(pObject));
+  for (const Known &known : s_Known) {
+    const std::type_info *pKnown = known.pClass.load(std::memory_order_acquire);
+    if (pKnown == pClass) {
+      return reinterpret_cast<T *>(pWhole + known.nOffset.load(std::memory_order_relaxed));
+    }
+    if (pKnown == nullptr) {
+      break;
+    }
+  }
+  T *pCast = dynamic_cast<T *>(pObject);
+  if (pCast != nullptr) {
+    const std::lock_guard<std::mutex> guard(s_Lock);
+    for (Known &known : s_Known) {
+      const std::type_info *pKnown = known.pClass.load(std::memory_order_relaxed);
+      if (pKnown == pClass) {
+        break;
+      }
+      if (pKnown == nullptr) {
+        known.nOffset.store(reinterpret_cast<char *>(pCast) - pWhole, std::memory_order_relaxed);
+        known.pClass.store(pClass, std::memory_order_release);
+        break;
+      }
+    }
+  }
+  return pCast;
+}
+
 /// Checked down-cast of a handle to T. A null handle and a closed one take the same path as one of another class.
 /// @throws invalidhandle_error
 template <class T>
 T *TypeCast(void *pHandle) {
-  T *pObject = CLiveHandles::IsLive(pHandle) ? dynamic_cast<T *>(static_cast<ICommonBaseType *>(pHandle)) : nullptr;
+  T *pObject = CLiveHandles::IsLive(pHandle) ? CheckedCast<T>(static_cast<ICommonBaseType *>(pHandle)) : nullptr;
   if (pObject == nullptr) {
     throw invalidhandle_error("Invalid Device Handle", LVX_HERE);
   }

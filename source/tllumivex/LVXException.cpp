@@ -33,7 +33,17 @@ std::string ScopedFunctionName(const std::string &strSignature) {
       break;
     }
   }
-  return strSignature.substr(nBegin, nEnd - nBegin);
+  // Compilers spell template arguments in their own ways: they are left out.
+  std::string strName;
+  nDepth = 0;
+  for (const char c : strSignature.substr(nBegin, nEnd - nBegin)) {
+    nDepth += c == '<' ? 1 : 0;
+    if (nDepth == 0) {
+      strName += c;
+    }
+    nDepth -= c == '>' ? 1 : 0;
+  }
+  return strName;
 }
 
 CLVXException::CLVXException(const char *pDescription, const char *pFunction, const char *pFile, uint32_t nLine)

@@ -98,15 +98,16 @@ void SleepMilliseconds(uint32_t nMilliseconds);
 /// Brings a text under a title to the user.
 void ShowMessage(const char *pText, const char *pTitle) noexcept;
 
-/// Has a function called at the end of each thread that set a value, with that value; no more once this object is gone.
-class CThreadEndHook {
+/// A pointer per thread, null until it is set. At the end of a thread that set it, a function is called with it; no
+/// more once this object is gone.
+class CThreadSlot {
  public:
-  explicit CThreadEndHook(void (*pFunction)(void *pValue));
-  CThreadEndHook(const CThreadEndHook &) = delete;
-  CThreadEndHook &operator=(const CThreadEndHook &) = delete;
-  ~CThreadEndHook();
+  explicit CThreadSlot(void (*pAtThreadEnd)(void *pValue));
+  CThreadSlot(const CThreadSlot &) = delete;
+  CThreadSlot &operator=(const CThreadSlot &) = delete;
+  ~CThreadSlot();
 
-  /// Sets the calling thread's value.
+  void *Get() const noexcept;
   void Set(void *pValue);
 
  private:

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <ctime>
 #include <dlfcn.h>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <memory>
@@ -232,12 +233,13 @@ class CRegistryExport {
   /// `[key]` opens a key, `[-key]` takes it away.
   bool ReadKey() {
     std::string strLine = FoldCase(ReadLine());
-    const size_t nEnd = strLine.rfind(']');
+    const size_t nEnd = strLine.find(']');
     if (nEnd == std::string::npos) {
       return false;
     }
     strLine = strLine.substr(1, nEnd - 1);
-    if (strLine == "-" + m_strKey) {
+    // Taking a key away takes those below it along.
+    if (strLine == "-" + m_strKey || (strLine[0] == '-' && m_strKey.rfind(strLine.substr(1) + "\\", 0) == 0)) {
       m_bKeyFound = false;
       m_Values.clear();
     }
@@ -323,12 +325,17 @@ class CRegistryExport {
 
   /// A line, joined with those behind it as long as it ends in a backslash; without its comment.
   std::string ReadContinuedLine() {
-    std::string strLine = ReadLine();
+    std::string strLine = ReadLineWithoutComment();
     while (!strLine.empty() && strLine.back() == '\\') {
       strLine.pop_back();
       SkipWhiteSpace();
-      strLine += ReadLine();
+      strLine += ReadLineWithoutComment();
     }
+    return strLine;
+  }
+
+  std::string ReadLineWithoutComment() {
+    std::string strLine = ReadLine();
     strLine.erase(std::min(strLine.find(';'), strLine.size()));
     strLine.erase(strLine.find_last_not_of(" \t") + 1);
     return strLine;
@@ -391,11 +398,16 @@ class CRegistryExport {
   RegistryValues m_Values;
 };
 
-/// Reads the settings file; false if it cannot be read, or is too large to be one.
+/// Reads the settings file; false if it is no regular file, cannot be read, or is too large to be one.
 bool ReadSettingsFile(std::string &strBytes) {
   constexpr size_t kLimit = 16U * 1024U * 1024U;
   const char *pName = std::getenv("LUMIVEX_GENTL_REG");
-  std::ifstream file(pName != nullptr && *pName != '\0' ? pName : "/etc/lumivex/gentl.reg", std::ios::binary);
+  const std::string strPath = pName != nullptr && *pName != '\0' ? pName : "/etc/lumivex/gentl.reg";
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(strPath, error)) {
+    return false;
+  }
+  std::ifstream file(strPath, std::ios::binary);
   std::array<char, 4096> chunk = {};
   while (file.read(chunk.data(), chunk.size()), file.gcount() > 0) {
     strBytes.append(chunk.data(), static_cast<size_t>(file.gcount()));
@@ -536,16 +548,23 @@ void ShowMessage(const char *pText, const char *pTitle) noexcept {
 
 static_assert(sizeof(pthread_key_t) == sizeof(uint32_t), "the key has to fit its member");
 
-CThreadEndHook::CThreadEndHook(void (*pFunction)(void *pValue)) : m_nKey(0) {
-  const int iError = pthread_key_create(&m_nKey, pFunction);
+CThreadSlot::CThreadSlot(void (*pAtThreadEnd)(void *pValue)) : m_nKey(0) {
+  const int iError = pthread_key_create(&m_nKey, pAtThreadEnd);
   if (iError != 0) {
     throw std::system_error(iError, std::system_category());
   }
 }
 
-CThreadEndHook::~CThreadEndHook() { pthread_key_delete(m_nKey); }
+CThreadSlot::~CThreadSlot() { pthread_key_delete(m_nKey); }
 
-void CThreadEndHook::Set(void *pValue) { pthread_setspecific(m_nKey, pValue); }
+void *CThreadSlot::Get() const noexcept { return pthread_getspecific(m_nKey); }
+
+void CThreadSlot::Set(void *pValue) {
+  const int iError = pthread_setspecific(m_nKey, pValue);
+  if (iError != 0) {
+    throw std::system_error(iError, std::system_category());
+  }
+}
 
 uint32_t CurrentThreadId() noexcept { return static_cast<uint32_t>(gettid()); }
 

@@ -26,7 +26,7 @@ CRegisterMap::CRegisterMap(uint64_t nEntries) {
     throw invalidparameter_error(
         FormatMessageText("Initial size is larger than possible: 0 < %I64u <= %I64u", nEntries, kMaxEntries), LVX_HERE);
   }
-  m_Registers.resize(nEntries);
+  m_Registers.reserve(nEntries);
 }
 
 CRegisterMap::~CRegisterMap() = default;
@@ -36,10 +36,8 @@ void CRegisterMap::Resize(uint64_t nEntries) {
     throw invalidparameter_error(
         FormatMessageText("Initial size is larger than possible: 0 < %I64u <= %I64u", nEntries, kMaxEntries), LVX_HERE);
   }
-  for (size_t i = nEntries; i < m_Registers.size(); ++i) {
-    m_Registers[i] = RegisterEntry{};
-  }
-  m_Registers.resize(nEntries);
+  m_Registers.resize(std::min<size_t>(nEntries, m_Registers.size()));
+  m_Registers.reserve(nEntries);
 }
 
 void CRegisterMap::CheckAddress(uint64_t iAddress, uint64_t iSize) {
@@ -67,13 +65,18 @@ void CRegisterMap::CheckAccess(uint32_t nAccess) {
   }
 }
 
-const RegisterEntry &CRegisterMap::GetRegisterEntry(uint64_t iAddress) const {
+void CRegisterMap::ThrowNoEntry(uint64_t iAddress, const char *pFunction, const char *pFile, uint32_t nLine) {
   CheckAddress(iAddress, kWordSize);
+  throw outofrange_error(FormatMessageText("Register %I64X is not available (does not exist).", iAddress), pFunction,
+                         pFile, nLine);
+}
+
+const RegisterEntry &CRegisterMap::GetRegisterEntry(uint64_t iAddress) const {
   const uint64_t iIndex = iAddress / kWordSize;
-  if (iIndex < m_Registers.size() && m_Registers[iIndex].nAccess != ACCESS_NONE) {
+  if (iAddress % kWordSize == 0 && iIndex < m_Registers.size() && m_Registers[iIndex].nAccess != ACCESS_NONE) {
     return m_Registers[iIndex];
   }
-  throw outofrange_error(FormatMessageText("Register %I64X is not available (does not exist).", iAddress), LVX_HERE);
+  ThrowNoEntry(iAddress, LVX_HERE);
 }
 
 RegisterEntry &CRegisterMap::GetRegisterEntry(uint64_t iAddress) {

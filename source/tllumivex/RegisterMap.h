@@ -30,37 +30,6 @@ struct RegisterEntry {
 };
 static_assert(sizeof(RegisterEntry) == 40, "the largest entry count follows from this size");
 
-/// Memory that the system hands out zeroed, so that holes cost address space but no memory until they are used.
-template <class T>
-struct CZeroedAllocator {
-  static_assert(std::is_trivially_copyable<T>::value, "a zeroed T has to be a valid T");
-  using value_type = T;
-
-  CZeroedAllocator() = default;
-  template <class U>
-  explicit CZeroedAllocator(const CZeroedAllocator<U> &) noexcept {}
-
-  T *allocate(size_t nCount) {
-    void *pMemory = std::calloc(nCount, sizeof(T));
-    if (pMemory == nullptr) {
-      throw std::bad_alloc();
-    }
-    return static_cast<T *>(pMemory);
-  }
-  void deallocate(T *pMemory, size_t) noexcept { std::free(pMemory); }
-
-  /// Leaves the zeros as they are. Resize clears what a smaller size drops, so that they are zeros.
-  template <class U>
-  void construct(U *) noexcept {}
-  template <class U>
-  void construct(U *pAt, const U &value) noexcept {
-    *pAt = value;
-  }
-
-  friend bool operator==(const CZeroedAllocator &, const CZeroedAllocator &) { return true; }
-  friend bool operator!=(const CZeroedAllocator &, const CZeroedAllocator &) { return false; }
-};
-
 /// The port memory of a module: a sparse table of 32-bit registers, addressed by byte address in steps of four.
 ///
 /// A member of its module, filled once by the module's InitPort. Read, ReadReg, Write and WriteReg are what a client
@@ -130,13 +99,15 @@ class CRegisterMap {
   static void CheckAddress(uint64_t iAddress, uint64_t iSize);
   static void CheckBuffer(const void *pBuffer, uint64_t iSize);
   static void CheckAccess(uint32_t nAccess);
+  [[noreturn]] static void ThrowNoEntry(uint64_t iAddress, const char *pFunction, const char *pFile, uint32_t nLine);
   const RegisterEntry &GetRegisterEntry(uint64_t iAddress) const;
   RegisterEntry &GetRegisterEntry(uint64_t iAddress);
 
   void GrowTo(uint64_t iAddress);
   void PackText(uint64_t iAddress, const char *pText, uint64_t iBytes);
 
-  std::vector<RegisterEntry, CZeroedAllocator<RegisterEntry>> m_Registers;
+  /// Ends at the highest register. What Resize makes room for behind it is holes, and memory that nothing writes.
+  std::vector<RegisterEntry> m_Registers;
 };
 
 }  // namespace GenICam::Client

@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+#include "BufferPool.h"
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include <boost/thread/lock_guard.hpp>
+#include <boost/thread/mutex.hpp>
+
+#include "BufferInfo.h"
+
+namespace GenICam::Client {
+
+namespace {
+
+struct Slot {
+  alignas(CBufferInfo) unsigned char memory[sizeof(CBufferInfo)];
+  std::atomic<bool> bTaken{false};
+};
+
+/// Slabs double in size; none is ever given up or moved.
+constexpr size_t kFirstSlab = 64;
+constexpr size_t kSlabs = 32;
+
+struct Slab {
+  std::unique_ptr<Slot[]> pSlots;
+  std::atomic<uintptr_t> nBegin{0};
+  std::atomic<uintptr_t> nEnd{0};
+};
+
+struct Pool {
+  std::array<Slab, kSlabs> slabs;
+  std::atomic<size_t> nSlabs{0};
+  // Guarded by the lock.
+  boost::mutex lock;
+  std::vector<Slot *> free;
+};
+
+Pool &ThePool() {
+  // Never destroyed before the last buffer: a buffer's owner comes to life behind it.
+  static Pool pool;
+  return pool;
+}
+
+void AddSlab(Pool &pool) {
+  const size_t nSlab = pool.nSlabs.load(std::memory_order_relaxed);
+  if (nSlab == kSlabs) {
+    throw std::bad_alloc();
+  }
+  const size_t nSlots = kFirstSlab << nSlab;
+  Slab &slab = pool.slabs[nSlab];
+  slab.pSlots = std::make_unique<Slot[]>(nSlots);
+  pool.free.reserve(pool.free.size() + 2 * nSlots);
+  for (size_t i = nSlots; i > 0; --i) {
+    pool.free.push_back(&slab.pSlots[i - 1]);
+  }
+  slab.nBegin = reinterpret_cast<uintptr_t>(slab.pSlots.get());
+  slab.nEnd = reinterpret_cast<uintptr_t>(slab.pSlots.get() + nSlots);
+  pool.nSlabs.store(nSlab + 1, std::memory_order_release);
+}
+
+}  // namespace
+
+void *CBufferPool::Take() {
+  Pool &pool = ThePool();
+  const boost::lock_guard<boost::mutex> guard(pool.lock);
+  if (pool.free.empty()) {
+    AddSlab(pool);
+  }
+  Slot *pSlot = pool.free.back();
+  pool.free.pop_back();
+  pSlot->bTaken.store(true, std::memory_order_release);
+  return pSlot->memory;
+}
+
+void CBufferPool::GiveBack(void *pMemory) noexcept {
+  static_assert(offsetof(Slot, memory) == 0, "a slot begins with its memory");
+  auto *pSlot = reinterpret_cast<Slot *>(pMemory);
+  Pool &pool = ThePool();
+  const boost::lock_guard<boost::mutex> guard(pool.lock);
+  pSlot->bTaken.store(false, std::memory_order_release);
+  // Room for all slots was made when their slab came.
+  pool.free.push_back(pSlot);
+}
+
+CBufferInfo *CBufferPool::Find(void *pHandle) noexcept {
+  Pool &pool = ThePool();
+  const auto nHandle = reinterpret_cast<uintptr_t>(pHandle);
+  // The largest slab is the last one, and holds half of all buffers.
+  for (size_t i = pool.nSlabs.load(std::memory_order_acquire); i > 0; --i) {
+    Slab &slab = pool.slabs[i - 1];
+    const uintptr_t nBegin = slab.nBegin.load(std::memory_order_relaxed);
+    if (nHandle < nBegin || nHandle >= slab.nEnd.load(std::memory_order_relaxed)) {
+      continue;
+    }
+    Slot &slot = slab.pSlots[(nHandle - nBegin) / sizeof(Slot)];
+    auto *pBuffer = reinterpret_cast<CBufferInfo *>(slot.memory);
+    return slot.bTaken.load(std::memory_order_acquire) && HandleOf(pBuffer) == pHandle ? pBuffer : nullptr;
+  }
+  return nullptr;
+}
+
+}  // namespace GenICam::Client
