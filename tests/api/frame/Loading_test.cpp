@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: MIT
+/// @file
+/// Loading and unloading the Producer: several rounds, with threads that outlive it, and at the end of the process.
+#include <condition_variable>
+#include <cstdlib>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "Tree.h"
+
+using namespace FrameTests;
+
+namespace {
+
+class LoadingTest : public LoadedProducerTest {
+ protected:
+  void SetUp() override {
+    LoadedProducerTest::SetUp();
+    Script().Reset();
+  }
+  /// Opens system, interface, device and stream, as any Consumer would.
+  static Tree OpenAll() {
+    Tree tree;
+    EXPECT_GC_OK(Gc().GCInitLib());
+    EXPECT_GC_OK(Gc().TLOpen(&tree.system));
+    EXPECT_GC_OK(Gc().TLOpenInterface(tree.system, CScriptedGrb::kDefaultInterfaceId, &tree.iface));
+    EXPECT_GC_OK(Gc().IFOpenDevice(tree.iface, "Channel #1", DEVICE_ACCESS_EXCLUSIVE, &tree.device));
+    EXPECT_GC_OK(Gc().DevOpenDataStream(tree.device, "Stream #1", &tree.stream));
+    return tree;
+  }
+};
+
+TEST_F(LoadingTest, RoundsOfLoadAndUnloadLeaveNothingMapped) {
+  for (int i = 0; i < 5; ++i) {
+    CProducer::Instance().Unload();
+    ASSERT_FALSE(CProducer::IsMapped()) << "round " << i;
+    CProducer::Instance().Load();
+    ASSERT_TRUE(CProducer::IsMapped());
+    OpenAll();
+    EXPECT_EQ(GC_ERR_SUCCESS, Gc().GCCloseLib());
+  }
+  EXPECT_EQ(0U, Script().CreatedHandles());
+}
+
+class LoadingMode : public LoadingTest, public testing::WithParamInterface<LoadMode> {};
+
+TEST_P(LoadingMode, Works) {
+  CProducer::Instance().Reload(GetParam());
+  OpenAll();
+  EXPECT_EQ("1.1.11.0", GcInfo(TL_INFO_VERSION).Text());
+  EXPECT_EQ(CProducer::Path(), GcInfo(TL_INFO_PATHNAME).Text());
+  EXPECT_EQ(GC_ERR_SUCCESS, Gc().GCCloseLib());
+  CProducer::Instance().Reload();
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, LoadingMode,
+                         testing::Values(LoadMode::LazyLocal, LoadMode::NowLocal, LoadMode::LazyGlobal,
+                                         LoadMode::NowGlobal));
+
+TEST_F(LoadingTest, LoadingAloneTouchesNoHardware) {
+  CProducer::Instance().Unload();
+  const size_t mark = Script().Mark();
+  CProducer::Instance().Load();
+  EXPECT_EQ(0U, Script().Calls(mark).size());
+}
+
+TEST_F(LoadingTest, UnloadedLibraryForgetsItsInitialisation) {
+  ASSERT_GC_OK(Gc().GCInitLib());
+  CProducer::Instance().Reload();
+  EXPECT_GC(GC_ERR_NOT_INITIALIZED, kNotInitialised, Gc().GCCloseLib());
+  EXPECT_GC_OK(Gc().GCInitLib());
+}
+
+TEST_F(LoadingTest, RecordsOfAnUnloadedLibraryAreGone) {
+  ASSERT_GC_OK(Gc().GCInitLib());
+  Gc().TLOpen(nullptr);
+  CProducer::Instance().Reload();
+  ASSERT_EQ(GC_ERR_SUCCESS, Gc().GCInitLib());
+  std::thread([] { EXPECT_EQ("", LastError().text); }).join();
+}
+
+/// A thread that calls the Producer when told to, and ends when told to.
+class CWorker {
+ public:
+  CWorker() : m_Thread([this] { Run(); }) {}
+  ~CWorker() {
+    if (m_Thread.joinable()) {
+      End();
+    }
+  }
+  CWorker(const CWorker &) = delete;
+  CWorker &operator=(const CWorker &) = delete;
+  void Call() { Step(1); }
+  void End() {
+    Step(2);
+    m_Thread.join();
+  }
+
+ private:
+  void Step(int step) {
+    std::unique_lock<std::mutex> lock(m_Mutex);
+    m_nStep = step;
+    m_Condition.notify_all();
+    m_Condition.wait(lock, [this] { return m_nStep == 0; });
+  }
+  void Run() {
+    std::unique_lock<std::mutex> lock(m_Mutex);
+    for (;;) {
+      m_Condition.wait(lock, [this] { return m_nStep != 0; });
+      const bool bEnd = m_nStep == 2;
+      if (!bEnd) {
+        EXPECT_EQ("CXP", GcInfo(TL_INFO_TLTYPE).Text());
+      }
+      m_nStep = 0;
+      m_Condition.notify_all();
+      if (bEnd) {
+        return;
+      }
+    }
+  }
+  std::mutex m_Mutex;
+  std::condition_variable m_Condition;
+  int m_nStep = 0;
+  std::thread m_Thread;
+};
+
+// The end of a thread deletes its record: not with code that is gone.
+TEST_F(LoadingTest, ThreadThatCalledMayOutliveTheLibrary) {
+  CWorker worker;
+  ASSERT_GC_OK(Gc().GCInitLib());
+  worker.Call();
+  ASSERT_EQ(GC_ERR_SUCCESS, Gc().GCCloseLib());
+  CProducer::Instance().Unload();
+  worker.End();
+  CProducer::Instance().Load();
+}
+
+TEST_F(LoadingTest, ThreadMayCallTheReloadedLibrary) {
+  CWorker worker;
+  for (int i = 0; i < 3; ++i) {
+    ASSERT_GC_OK(Gc().GCInitLib());
+    worker.Call();
+    ASSERT_EQ(GC_ERR_SUCCESS, Gc().GCCloseLib());
+    CProducer::Instance().Reload();
+  }
+  worker.End();
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// The end of the process
+// ---------------------------------------------------------------------------------------------------------------------
+
+using ProcessDeathTest = LoadingTest;
+
+TEST_F(ProcessDeathTest, EndsCleanlyWithAllOpen) {
+  // Modules that nobody closes keep each other alive: that this process leaks them is not the point here.
+  const CScopedVariable options("ASAN_OPTIONS", std::string("detect_leaks=0"));
+  testing::FLAGS_gtest_death_test_style = "threadsafe";
+  EXPECT_EXIT(
+      {
+        OpenAll();
+        std::exit(0);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ProcessDeathTest, EndsCleanlyWhileInitialised) {
+  testing::FLAGS_gtest_death_test_style = "threadsafe";
+  EXPECT_EXIT(
+      {
+        Gc().GCInitLib();
+        std::exit(0);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+}  // namespace
