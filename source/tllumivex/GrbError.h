@@ -7,7 +7,7 @@ namespace GenICam::Client {
 
 /// The text of the last failure of the frame-grabber library on one thread.
 ///
-/// Owned by a thread-specific pointer, made empty at the first use on a thread, deleted when the thread ends. The error
+/// Owned by a process-wide CPerThread: made empty at the first use on a thread, deleted when the thread ends. The error
 /// hooks replace the text, nothing clears it: a failure that called no hook shows the one before. Takes no lock.
 class CGrbError {
  public:
