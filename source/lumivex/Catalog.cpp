@@ -10,10 +10,6 @@
 namespace Lumivex::Consumer {
 namespace {
 
-bool IsFree(const CameraEntry &camera) {
-  return camera.status == GenTL::DEVICE_ACCESS_STATUS_READWRITE || camera.status == GenTL::DEVICE_ACCESS_STATUS_UNKNOWN;
-}
-
 std::string FullName(const CameraEntry &camera) { return "'" + camera.boardId + "/" + camera.id + "'"; }
 
 bool IsNamed(const CameraEntry &camera, const std::string &wish) {
@@ -33,9 +29,12 @@ void RequireNoInterrupt() {
   }
 }
 
-const CameraEntry &SelectFree(const std::vector<CameraEntry> &cameras) {
-  const auto found = std::find_if(cameras.begin(), cameras.end(), IsFree);
+const CameraEntry &SelectFree(const std::vector<CameraEntry> &cameras, CameraNeed need) {
+  const auto found = std::find_if(cameras.begin(), cameras.end(), CCatalog::IsFree);
   if (found == cameras.end()) {
+    if (need == CameraNeed::Any) {
+      return cameras.front();
+    }
     throw CCommandError(ExitCode::DeviceBusy, cameras.size() == 1
                                                   ? "the only camera, " + FullName(cameras.front()) + ", is busy"
                                                   : "all " + std::to_string(cameras.size()) + " cameras are busy");
@@ -66,7 +65,7 @@ void CCatalog::AddProducer(const std::filesystem::path &file) {
   const auto pProducer = std::make_shared<const CProducer>(file);
   const auto pSystem = std::make_shared<const CSystem>(pProducer);
   ProducerEntry producer{
-      file, pProducer->Info(GenTL::TL_INFO_DISPLAYNAME), pProducer->Info(GenTL::TL_INFO_VERSION), {}};
+      file, pProducer->Info(GenTL::TL_INFO_DISPLAYNAME), pProducer->Info(GenTL::TL_INFO_VERSION), {}, pSystem};
   for (const std::string &id : pSystem->FindInterfaces()) {
     if (Interrupted()) {
       return;
@@ -82,7 +81,7 @@ void CCatalog::AddProducer(const std::filesystem::path &file) {
 
 void CCatalog::AddBoard(ProducerEntry &producer, const std::shared_ptr<const CSystem> &pSystem, const std::string &id) {
   const auto pInterface = std::make_shared<const CInterface>(pSystem, id);
-  BoardEntry board{id, pInterface->DisplayName(), {}};
+  BoardEntry board{id, pInterface->DisplayName(), {}, pInterface};
   for (const std::string &deviceId : pInterface->FindDevices()) {
     board.cameras.push_back({m_CameraCount + 1, pInterface, board.id, board.name, deviceId,
                              pInterface->DeviceText(deviceId, GenTL::DEVICE_INFO_DISPLAYNAME),
@@ -104,12 +103,16 @@ std::vector<CameraEntry> CCatalog::Cameras() const {
   return cameras;
 }
 
-const CameraEntry &CCatalog::Select(const std::vector<CameraEntry> &cameras, const std::string &wish) {
+bool CCatalog::IsFree(const CameraEntry &camera) {
+  return camera.status == GenTL::DEVICE_ACCESS_STATUS_READWRITE || camera.status == GenTL::DEVICE_ACCESS_STATUS_UNKNOWN;
+}
+
+const CameraEntry &CCatalog::Select(const std::vector<CameraEntry> &cameras, const std::string &wish, CameraNeed need) {
   if (cameras.empty()) {
     throw CCommandError(ExitCode::NoDevice, "no camera found");
   }
   if (wish.empty()) {
-    return SelectFree(cameras);
+    return SelectFree(cameras, need);
   }
   std::vector<const CameraEntry *> found;
   for (const CameraEntry &camera : cameras) {
@@ -136,7 +139,7 @@ const CameraEntry &CCatalog::Select(const std::vector<CameraEntry> &cameras, con
     }
     throw CCommandError(ExitCode::NoDevice, "'" + wish + "' fits several cameras: " + names);
   }
-  if (!IsFree(*found.front())) {
+  if (need == CameraNeed::Free && !IsFree(*found.front())) {
     throw CCommandError(ExitCode::DeviceBusy,
                         "camera " + FullName(*found.front()) + " is busy: another program has opened it");
   }

@@ -30,6 +30,7 @@ struct BoardEntry {
   std::string id;
   std::string name;
   std::vector<CameraEntry> cameras;
+  std::shared_ptr<const CInterface> pInterface = nullptr;  ///< The board itself, held open.
 };
 
 struct ProducerEntry {
@@ -37,7 +38,11 @@ struct ProducerEntry {
   std::string name;
   std::string version;
   std::vector<BoardEntry> boards;
+  std::shared_ptr<const CSystem> pSystem = nullptr;  ///< The Producer itself, held open.
 };
+
+/// Which cameras will do.
+enum class CameraNeed { Free, Any };
 
 /// What the Producers find: their boards, with the cameras on them.
 ///
@@ -57,8 +62,13 @@ class CCatalog {
   std::vector<CameraEntry> Cameras() const;
 
   /// The camera that the user means: by id, by name, by "board/camera" of these, or by number; with an empty text the
-  /// first one that is free. Throws CCommandError: NoDevice when none or several fit, DeviceBusy when it is not free.
-  static const CameraEntry &Select(const std::vector<CameraEntry> &cameras, const std::string &wish);
+  /// first one that is free. Throws CCommandError: NoDevice when none or several fit, DeviceBusy when it is not free
+  /// though that is needed. Where any camera will do, a free one still comes first.
+  static const CameraEntry &Select(const std::vector<CameraEntry> &cameras, const std::string &wish,
+                                   CameraNeed need = CameraNeed::Free);
+
+  /// Whether a camera can be opened for control, as far as its Producer tells.
+  static bool IsFree(const CameraEntry &camera);
 
  private:
   void AddProducer(const std::filesystem::path &file);

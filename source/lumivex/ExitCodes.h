@@ -14,6 +14,9 @@
 /// | 6    | a picture cannot be written                                          |
 /// | 7    | no frame came in time                                                |
 /// | 8    | lumivex itself failed, as for want of memory                         |
+/// | 9    | no feature of this name                                              |
+/// | 10   | the feature cannot be read or written now                            |
+/// | 11   | the feature does not take this value                                 |
 /// | 130  | interrupted (SIGINT or SIGTERM)                                      |
 
 #ifndef LUMIVEX_CONSUMER_EXITCODES_H_
@@ -31,6 +34,9 @@ enum class ExitCode : int {
   Output = 6,
   Timeout = 7,
   Internal = 8,
+  NoFeature = 9,
+  FeatureAccess = 10,
+  FeatureValue = 11,
   Interrupted = 130,
 };
 
@@ -50,6 +56,9 @@ constexpr ExitCodeRow kExitCodes[] = {
     {ExitCode::Output, "a picture cannot be written"},
     {ExitCode::Timeout, "no frame came in time"},
     {ExitCode::Internal, "lumivex itself failed, as for want of memory"},
+    {ExitCode::NoFeature, "no feature of this name"},
+    {ExitCode::FeatureAccess, "the feature cannot be read or written now"},
+    {ExitCode::FeatureValue, "the feature does not take this value"},
     {ExitCode::Interrupted, "interrupted (SIGINT or SIGTERM)"},
 };
 

@@ -22,6 +22,9 @@ struct Function {
   X(GCCloseLib)                    \
   X(GCGetInfo)                     \
   X(GCGetLastError)                \
+  X(GCGetPortInfo)                 \
+  X(GCGetNumPortURLs)              \
+  X(GCGetPortURLInfo)              \
   X(GCReadPort)                    \
   X(GCWritePort)                   \
   X(GCRegisterEvent)               \

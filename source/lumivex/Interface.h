@@ -25,6 +25,7 @@ class CInterface {
   const CProducer &Producer() const noexcept { return m_pSystem->Producer(); }
   GenTL::IF_HANDLE Handle() const noexcept { return m_Handle; }
   const std::string &Id() const noexcept { return m_Id; }
+  const std::shared_ptr<const CSystem> &System() const noexcept { return m_pSystem; }
 
   /// Name for people to read.
   std::string DisplayName() const;

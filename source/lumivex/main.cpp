@@ -7,11 +7,13 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "CommandError.h"
+#include "FeatureCommands.h"
 #include "GrabCommand.h"
 #include "ListCommand.h"
 #include "Platform.h"
@@ -46,7 +48,7 @@ int Complain(ExitCode code, const std::string &message) {
 }
 
 int Run(int argc, char **argv) {
-  CLI::App app("Shows the cameras that GenTL Producers find, and takes pictures with them.", "lumivex");
+  CLI::App app("Shows the cameras that GenTL Producers find, sets their features, and takes pictures.", "lumivex");
   app.set_version_flag("--version", std::string("lumivex ") + LUMIVEX_VERSION);
   app.require_subcommand(0, 1);
   app.footer(ExitCodeHelp());
@@ -54,6 +56,9 @@ int Run(int argc, char **argv) {
   std::vector<Command> commands;
   commands.push_back({std::make_unique<Lumivex::Consumer::CListCommand>(), nullptr});
   commands.push_back({std::make_unique<Lumivex::Consumer::CGrabCommand>(), nullptr});
+  for (std::unique_ptr<ICommand> &pCommand : Lumivex::Consumer::MakeFeatureCommands()) {
+    commands.push_back({std::move(pCommand), nullptr});
+  }
   for (Command &command : commands) {
     command.pDeclared = command.pCommand->Declare(app);
   }

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+
+#ifndef LUMIVEX_CONSUMER_FEATURESCOMMAND_H_
+#define LUMIVEX_CONSUMER_FEATURESCOMMAND_H_
+
+#include <string>
+
+#include "Command.h"
+#include "FeatureOptions.h"
+
+namespace Lumivex::Consumer {
+
+/// `lumivex features`: the feature tree of a module, for people to read.
+///
+/// A feature that cannot be read says so in its line and does not end the listing.
+/// Ownership: as ICommand. Threads: one.
+class CFeaturesCommand : public ICommand {
+ public:
+  const CLI::App *Declare(CLI::App &app) override;
+  ExitCode Run() override;
+
+ private:
+  CFeatureOptions m_Options;
+  bool m_Verbose = false;
+};
+
+}  // namespace Lumivex::Consumer
+
+#endif  // LUMIVEX_CONSUMER_FEATURESCOMMAND_H_

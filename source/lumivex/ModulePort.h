@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+
+#ifndef LUMIVEX_CONSUMER_MODULEPORT_H_
+#define LUMIVEX_CONSUMER_MODULEPORT_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "DataStream.h"
+#include "PortUrl.h"
+
+namespace Lumivex::Consumer {
+
+struct CameraEntry;
+class CCatalog;
+
+/// The modules that have registers and a description of them.
+enum class Module { System, Interface, Device, Stream, Camera };
+
+/// What the port of a module is opened for.
+enum class PortUse { Reading, Writing };
+
+/// The port of an open module: its registers, and the description of them that it carries.
+///
+/// Ownership: holds the module, and with it all modules above.
+/// Threads: one. Throws CGenTLError for what the Producer refuses, CCommandError(DeviceBusy) for writing to a camera
+/// that another program has. For reading, such a camera is opened without control, and IsReduced() tells so.
+class CModulePort {
+ public:
+  /// Opens the module that the user means; wish as in CCatalog::Select. Without a wish, system and interface need no
+  /// camera.
+  CModulePort(const CCatalog &catalog, Module module, const std::string &wish, PortUse use);
+
+  /// What the Producer leaves out at the end is zero.
+  void Read(uint64_t address, void *pBuffer, std::size_t size) const;
+  void Write(uint64_t address, const void *pBuffer, std::size_t size) const;
+
+  /// Whether numbers stand in the registers with their highest byte first.
+  bool IsBigEndian() const;
+
+  /// The file that describes the registers, as the module gives it: XML, or a zip archive of it.
+  PortFile Description() const;
+
+  /// Whether the camera is busy and so was opened for reading only.
+  bool IsReduced() const noexcept { return m_Reduced; }
+
+ private:
+  void OpenSystem(const CCatalog &catalog, const std::string &wish);
+  void OpenInterface(const CCatalog &catalog, const std::string &wish);
+  void OpenDevice(const CameraEntry &camera, PortUse use);
+  const CProducer &Producer() const noexcept { return *m_pProducer; }
+
+  std::shared_ptr<const CSystem> m_pSystem;
+  std::shared_ptr<const CInterface> m_pInterface;
+  std::shared_ptr<const CDevice> m_pDevice;
+  std::shared_ptr<const CDataStream> m_pStream;
+  const CProducer *m_pProducer = nullptr;
+  GenTL::PORT_HANDLE m_Handle = GENTL_INVALID_HANDLE;
+  bool m_Reduced = false;
+};
+
+}  // namespace Lumivex::Consumer
+
+#endif  // LUMIVEX_CONSUMER_MODULEPORT_H_
