@@ -113,6 +113,7 @@ TEST_F(BuiltFile, ExportsThe52FunctionsAndNothingElse) {
 }
 
 TEST_F(BuiltFile, FunctionsOfLaterVersionsAreNotThere) {
+  CProducer::Instance().Load();
   for (const char *name :
        {"IFGetParentTL", "DevGetParentIF", "DSGetParentDev", "DSGetNumBufferParts", "DSGetBufferPartInfo"}) {
     EXPECT_EQ(nullptr, CProducer::Instance().Symbol(name)) << name;

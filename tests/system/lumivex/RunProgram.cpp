@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+
+#include "RunProgram.h"
+
+#include <array>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "TemporaryFolder.h"
+
+namespace {
+
+[[noreturn]] void BecomeLumivex(const ProgramStart &start, int output, const std::string &errorFile) {
+  const int errors = open(errorFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  dup2(start.outputFile.empty() ? output : open(start.outputFile.c_str(), O_WRONLY), STDOUT_FILENO);
+  dup2(errors, STDERR_FILENO);
+  if (!start.folder.empty()) {
+    std::filesystem::current_path(start.folder);
+  }
+  for (const auto &[name, value] : start.environment) {
+    if (value.empty()) {
+      unsetenv(name.c_str());
+    } else {
+      setenv(name.c_str(), value.c_str(), 1);
+    }
+  }
+  std::vector<std::string> texts = {LUMIVEX_PROGRAM};
+  texts.insert(texts.end(), start.arguments.begin(), start.arguments.end());
+  std::vector<char *> arguments;
+  for (std::string &text : texts) {
+    arguments.push_back(text.data());
+  }
+  arguments.push_back(nullptr);
+  execv(LUMIVEX_PROGRAM, arguments.data());
+  _exit(127);
+}
+
+}  // namespace
+
+ProgramEnd RunLumivex(const ProgramStart &start) {
+  const CTemporaryFolder folder;
+  const std::string errorFile = folder.File("errors");
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) {
+    throw std::runtime_error("no pipe");
+  }
+  const pid_t child = fork();
+  if (child == 0) {
+    BecomeLumivex(start, ends[1], errorFile);
+  }
+  close(ends[1]);
+  ProgramEnd end;
+  bool signalled = start.signalAfterOutput == 0;
+  std::array<char, 4096> piece{};
+  for (ssize_t got = 0; (got = read(ends[0], piece.data(), piece.size())) > 0;) {
+    end.output.append(piece.data(), static_cast<size_t>(got));
+    if (!signalled && end.output.find('\n') != std::string::npos) {
+      kill(child, start.signalAfterOutput);
+      signalled = true;
+    }
+  }
+  close(ends[0]);
+  int status = 0;
+  waitpid(child, &status, 0);
+  end.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+  std::ostringstream errors;
+  errors << std::ifstream(errorFile).rdbuf();
+  end.errors = errors.str();
+  return end;
+}
+
+std::vector<std::string> Lines(const std::string &text) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) {
+    lines.push_back(line);
+  }
+  return lines;
+}
