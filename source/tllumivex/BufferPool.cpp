@@ -11,6 +11,7 @@
 #include <boost/thread/mutex.hpp>
 
 #include "BufferInfo.h"
+#include "TLIClient.h"
 
 namespace GenICam::Client {
 
@@ -39,10 +40,20 @@ struct Pool {
   std::vector<Slot *> free;
 };
 
+/// Made with the first buffer; gone at the unload, unless the process ends while the library is initialised: then
+/// there may be threads in here.
+struct Owner {
+  ~Owner() {
+    if (!IsLibraryInitialised()) {
+      delete pPool;
+    }
+  }
+  Pool *pPool = new Pool();
+};
+
 Pool &ThePool() {
-  // Never destroyed before the last buffer: a buffer's owner comes to life behind it.
-  static Pool pool;
-  return pool;
+  static const Owner owner;
+  return *owner.pPool;
 }
 
 void AddSlab(Pool &pool) {

@@ -9,6 +9,8 @@
 #include <boost/thread/lock_guard.hpp>
 #include <boost/thread/mutex.hpp>
 
+#include "TLIClient.h"
+
 namespace GenICam::Client {
 
 namespace {
@@ -41,7 +43,12 @@ std::atomic<Table *> g_pTable{nullptr};
 boost::mutex g_Lock;
 
 struct Owner {
-  ~Owner() { delete g_pTable.exchange(nullptr); }
+  ~Owner() {
+    // A process that ends while the library is initialised may have threads in here.
+    if (!IsLibraryInitialised()) {
+      delete g_pTable.exchange(nullptr);
+    }
+  }
 } g_Owner;
 
 size_t Hash(const void *pHandle) {

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <memory>
+#include <system_error>
 #include <unordered_map>
 #include <utility>
 
@@ -10,6 +11,7 @@
 #include <boost/thread/mutex.hpp>
 
 #include "Platform.h"
+#include "TLIClient.h"
 
 namespace GenICam::Client {
 
@@ -17,30 +19,49 @@ namespace GenICam::Client {
 /// library is unloaded, whichever comes first.
 ///
 /// A process-wide object. Not a thread-specific pointer of Boost: that one is cleaned up by code of ours, which may be
-/// gone when a thread ends, and is found by its address, which a reloaded library has again.
+/// gone when a thread ends, and is found by its address, which a reloaded library has again. A process that ends while
+/// the library is initialised leaves all as it is: its threads may still be in here.
 /// Threads: any. Locks: one around the set of all objects, taken at the first use on a thread and at its end.
 template <class Object>
 class CPerThread {
  public:
-  CPerThread() : m_pSlot(new Lumivex::Platform::CThreadSlot(&CPerThread::OnThreadEnd)) { s_pThis = this; }
+  CPerThread() { s_pState = new State(); }
   CPerThread(const CPerThread &) = delete;
   CPerThread &operator=(const CPerThread &) = delete;
   ~CPerThread() {
-    m_pSlot.reset();
+    if (IsLibraryInitialised()) {
+      return;
+    }
+    State *pState = s_pState;
+    pState->pSlot.reset();
     // No further thread's end is told; those that are on their way in have to be out again.
     while (s_nInside != 0) {
       Lumivex::Platform::SleepMilliseconds(1);
     }
+    s_pState = nullptr;
+    delete pState;
   }
 
   /// The calling thread's object; make gives a new one at the first use.
+  /// @throws std::system_error behind the end of this object
   template <class Make>
   Object &Get(Make make) {
-    auto *pObject = static_cast<Object *>(m_pSlot->Get());
-    return pObject != nullptr ? *pObject : Add(make());
+    State *pState = s_pState.load(std::memory_order_acquire);
+    if (pState == nullptr) {
+      throw std::system_error(std::make_error_code(std::errc::owner_dead));
+    }
+    auto *pObject = static_cast<Object *>(pState->pSlot->Get());
+    return pObject != nullptr ? *pObject : Add(*pState, make());
   }
 
  private:
+  struct State {
+    boost::mutex lock;
+    std::unordered_map<void *, std::unique_ptr<Object>> objects;
+    std::unique_ptr<Lumivex::Platform::CThreadSlot> pSlot{
+        std::make_unique<Lumivex::Platform::CThreadSlot>(&CPerThread::OnThreadEnd)};
+  };
+
   class CInside {
    public:
     CInside() { ++s_nInside; }
@@ -49,14 +70,14 @@ class CPerThread {
     ~CInside() { --s_nInside; }
   };
 
-  Object &Add(std::unique_ptr<Object> pNew) {
+  static Object &Add(State &state, std::unique_ptr<Object> pNew) {
     Object *pObject = pNew.get();
-    const boost::lock_guard<boost::mutex> guard(m_Lock);
-    m_Objects.emplace(pObject, std::move(pNew));
+    const boost::lock_guard<boost::mutex> guard(state.lock);
+    state.objects.emplace(pObject, std::move(pNew));
     try {
-      m_pSlot->Set(pObject);
+      state.pSlot->Set(pObject);
     } catch (...) {
-      m_Objects.erase(pObject);
+      state.objects.erase(pObject);
       throw;
     }
     return *pObject;
@@ -64,16 +85,15 @@ class CPerThread {
 
   static void OnThreadEnd(void *pObject) {
     const CInside inside;
-    const boost::lock_guard<boost::mutex> guard(s_pThis->m_Lock);
-    s_pThis->m_Objects.erase(pObject);
+    State *pState = s_pState.load(std::memory_order_acquire);
+    if (pState != nullptr) {
+      const boost::lock_guard<boost::mutex> guard(pState->lock);
+      pState->objects.erase(pObject);
+    }
   }
 
-  inline static CPerThread *s_pThis = nullptr;
+  inline static std::atomic<State *> s_pState{nullptr};
   inline static std::atomic<int> s_nInside{0};
-
-  boost::mutex m_Lock;
-  std::unordered_map<void *, std::unique_ptr<Object>> m_Objects;
-  std::unique_ptr<Lumivex::Platform::CThreadSlot> m_pSlot;
 };
 
 }  // namespace GenICam::Client

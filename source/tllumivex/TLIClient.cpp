@@ -101,8 +101,10 @@ GC_ERROR StackedCall(StackedAccess access, PORT_HANDLE hPort, PORT_REGISTER_STAC
 
 }  // namespace
 
+bool IsLibraryInitialised() noexcept { return g_nInitialisedCount != 0; }
+
 void ThrowIfLibraryNotInitialised() {
-  if (g_nInitialisedCount == 0) {
+  if (!IsLibraryInitialised()) {
     throw notinitialized_error("GenTL Producer is not initialized. Call GCInitLib() first.", LVX_HERE);
   }
 }

@@ -10,6 +10,9 @@
 
 namespace GenICam::Client {
 
+/// Whether GCInitLib has been called, and GCCloseLib not.
+bool IsLibraryInitialised() noexcept;
+
 /// @throws notinitialized_error
 void ThrowIfLibraryNotInitialised();
 

@@ -3,6 +3,7 @@
 /// Loading and unloading the Producer: several rounds, with threads that outlive it, and at the end of the process.
 #include <condition_variable>
 #include <cstdlib>
+#include <future>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -170,6 +171,33 @@ TEST_F(ProcessDeathTest, EndsCleanlyWhileInitialised) {
   EXPECT_EXIT(
       {
         Gc().GCInitLib();
+        std::exit(0);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+// A daemon thread that goes on calling while the process ends: what it uses must not go before it does.
+TEST_F(ProcessDeathTest, EndsCleanlyWhileAThreadCalls) {
+  const CScopedVariable options("ASAN_OPTIONS", std::string("detect_leaks=0"));
+  testing::FLAGS_gtest_death_test_style = "threadsafe";
+  EXPECT_EXIT(
+      {
+        Gc().GCInitLib();
+        TL_HANDLE hSystem = nullptr;
+        Gc().TLOpen(&hSystem);
+        std::promise<void> calling;
+        std::thread([&calling, hSystem] {
+          for (uint64_t i = 0;; ++i) {
+            INFO_DATATYPE iType = INFO_DATATYPE_UNKNOWN;
+            size_t iSize = 0;
+            Gc().TLGetInfo(hSystem, TL_INFO_VENDOR, &iType, nullptr, &iSize);
+            Gc().TLGetInfo(hSystem, -1, &iType, nullptr, &iSize);
+            if (i == 100) {
+              calling.set_value();
+            }
+          }
+        }).detach();
+        calling.get_future().wait();
         std::exit(0);
       },
       testing::ExitedWithCode(0), "");
