@@ -5,7 +5,6 @@
 #include <cstring>
 #include <elf.h>
 #include <optional>
-#include <regex>
 #include <set>
 #include <string>
 #include <vector>
@@ -129,11 +128,12 @@ TEST_F(BuiltFile, LooksForItsLibrariesBesideItself) {
 TEST_F(BuiltFile, NeedsTheGrabberLibraryAndOnlyWhatItMay) {
   EXPECT_EQ(1, std::count(m_File->needed.begin(), m_File->needed.end(), "libgrblx64.so"));
   // The sanitizers' runtimes come in with an instrumented build.
-  const std::regex allowed(
-      "libgrblx64\\.so|libboost_[a-z_]+\\.so.*|libstdc\\+\\+\\.so.*|libgcc_s\\.so.*|libc\\.so.*|libm\\.so.*|"
-      "ld-linux.*\\.so.*|lib(asan|ubsan|tsan)\\.so.*");
+  const std::vector<std::string> allowed = {"libgrblx64.so", "libboost_", "libstdc++.so", "libgcc_s.so", "libc.so",
+                                            "libm.so",       "ld-linux-", "libasan.so",   "libubsan.so", "libtsan.so"};
   for (const std::string &name : m_File->needed) {
-    EXPECT_TRUE(std::regex_match(name, allowed)) << name;
+    EXPECT_TRUE(std::any_of(allowed.begin(), allowed.end(), [&name](const std::string &begin) {
+      return name.compare(0, begin.size(), begin) == 0;
+    })) << name;
   }
 }
 
