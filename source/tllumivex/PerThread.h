@@ -20,7 +20,7 @@ namespace GenICam::Client {
 ///
 /// A process-wide object. Not a thread-specific pointer of Boost: that one is cleaned up by code of ours, which may be
 /// gone when a thread ends, and is found by its address, which a reloaded library has again. A process that ends while
-/// the library is initialised leaves all as it is: its threads may still be in here.
+/// the library is initialised leaves the objects of its other threads: they may still be in use.
 /// Threads: any. Locks: one around the set of all objects, taken at the first use on a thread and at its end.
 template <class Object>
 class CPerThread {
@@ -29,14 +29,15 @@ class CPerThread {
   CPerThread(const CPerThread &) = delete;
   CPerThread &operator=(const CPerThread &) = delete;
   ~CPerThread() {
-    if (IsLibraryInitialised()) {
-      return;
-    }
     State *pState = s_pState;
-    pState->pSlot.reset();
+    const size_t nOwn = pState->slot.Get() != nullptr ? 1 : 0;
+    pState->slot.Close();
     // No further thread's end is told; those that are on their way in have to be out again.
     while (s_nInside != 0) {
       Lumivex::Platform::SleepMilliseconds(1);
+    }
+    if (IsLibraryInitialised() && pState->CountObjects() > nOwn) {
+      return;
     }
     s_pState = nullptr;
     delete pState;
@@ -50,7 +51,7 @@ class CPerThread {
     if (pState == nullptr) {
       throw std::system_error(std::make_error_code(std::errc::owner_dead));
     }
-    auto *pObject = static_cast<Object *>(pState->pSlot->Get());
+    auto *pObject = static_cast<Object *>(pState->slot.Get());
     return pObject != nullptr ? *pObject : Add(*pState, make());
   }
 
@@ -58,8 +59,12 @@ class CPerThread {
   struct State {
     boost::mutex lock;
     std::unordered_map<void *, std::unique_ptr<Object>> objects;
-    std::unique_ptr<Lumivex::Platform::CThreadSlot> pSlot{
-        std::make_unique<Lumivex::Platform::CThreadSlot>(&CPerThread::OnThreadEnd)};
+    Lumivex::Platform::CThreadSlot slot{&CPerThread::OnThreadEnd};
+
+    size_t CountObjects() {
+      const boost::lock_guard<boost::mutex> guard(lock);
+      return objects.size();
+    }
   };
 
   class CInside {
@@ -75,7 +80,7 @@ class CPerThread {
     const boost::lock_guard<boost::mutex> guard(state.lock);
     state.objects.emplace(pObject, std::move(pNew));
     try {
-      state.pSlot->Set(pObject);
+      state.slot.Set(pObject);
     } catch (...) {
       state.objects.erase(pObject);
       throw;

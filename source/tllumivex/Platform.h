@@ -7,6 +7,7 @@
 /// success; a size query ahead of the value), so that both platforms answer alike.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -99,7 +100,7 @@ void SleepMilliseconds(uint32_t nMilliseconds);
 void ShowMessage(const char *pText, const char *pTitle) noexcept;
 
 /// A pointer per thread, null until it is set. At the end of a thread that set it, a function is called with it; no
-/// more once this object is gone.
+/// more once this object is closed.
 class CThreadSlot {
  public:
   explicit CThreadSlot(void (*pAtThreadEnd)(void *pValue));
@@ -107,11 +108,15 @@ class CThreadSlot {
   CThreadSlot &operator=(const CThreadSlot &) = delete;
   ~CThreadSlot();
 
+  /// Null also when it is closed.
   void *Get() const noexcept;
+  /// @throws std::system_error when it is closed, or there is no memory
   void Set(void *pValue);
+  void Close() noexcept;
 
  private:
   uint32_t m_nKey;
+  std::atomic<bool> m_bClosed{false};
 };
 
 /// Identity of the calling thread.

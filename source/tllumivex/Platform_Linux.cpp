@@ -555,14 +555,20 @@ CThreadSlot::CThreadSlot(void (*pAtThreadEnd)(void *pValue)) : m_nKey(0) {
   }
 }
 
-CThreadSlot::~CThreadSlot() { pthread_key_delete(m_nKey); }
+CThreadSlot::~CThreadSlot() { Close(); }
 
-void *CThreadSlot::Get() const noexcept { return pthread_getspecific(m_nKey); }
+void *CThreadSlot::Get() const noexcept { return m_bClosed ? nullptr : pthread_getspecific(m_nKey); }
 
 void CThreadSlot::Set(void *pValue) {
-  const int iError = pthread_setspecific(m_nKey, pValue);
+  const int iError = m_bClosed ? EINVAL : pthread_setspecific(m_nKey, pValue);
   if (iError != 0) {
     throw std::system_error(iError, std::system_category());
+  }
+}
+
+void CThreadSlot::Close() noexcept {
+  if (!m_bClosed.exchange(true)) {
+    pthread_key_delete(m_nKey);
   }
 }
 

@@ -142,6 +142,7 @@ thread_local std::map<const void *, void *> t_Slots;
 CThreadSlot::CThreadSlot(void (*)(void *)) : m_nKey(0) {}
 CThreadSlot::~CThreadSlot() = default;
 void *CThreadSlot::Get() const noexcept { return t_Slots[this]; }
+void CThreadSlot::Close() noexcept {}
 void CThreadSlot::Set(void *pValue) { t_Slots[this] = pValue; }
 
 uint32_t CurrentThreadId() noexcept {
