@@ -25,7 +25,9 @@ CBufferInfo::CBufferInfo(void *pBase, size_t iSize, void *pUserPointer)
       m_iSize(iSize),
       m_pUserPointer(pUserPointer),
       m_bOwnsMemory(false),
-      m_iHeight(iSize) {}
+      m_iHeight(iSize) {
+  CBufferPool::Publish(this);
+}
 
 CBufferInfo::CBufferInfo(size_t iSize, void *pUserPointer, bool bExternal)
     : ICommonBase("Buffer", MODULE_KIND_BUFFER),
@@ -33,9 +35,12 @@ CBufferInfo::CBufferInfo(size_t iSize, void *pUserPointer, bool bExternal)
       m_iSize(iSize),
       m_pUserPointer(pUserPointer),
       m_bOwnsMemory(!bExternal),
-      m_iHeight(iSize) {}
+      m_iHeight(iSize) {
+  CBufferPool::Publish(this);
+}
 
 CBufferInfo::~CBufferInfo() {
+  CBufferPool::Withdraw(this);
   if (m_bOwnsMemory && m_pBase != nullptr) {
     std::free(m_pBase);
   }

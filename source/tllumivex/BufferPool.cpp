@@ -19,7 +19,7 @@ namespace {
 
 struct Slot {
   alignas(CBufferInfo) unsigned char memory[sizeof(CBufferInfo)];
-  std::atomic<bool> bTaken{false};
+  std::atomic<bool> bPublished{false};
 };
 
 /// Slabs double in size; none is ever given up or moved.
@@ -40,20 +40,34 @@ struct Pool {
   std::vector<Slot *> free;
 };
 
-/// Made with the first buffer; gone at the unload, unless the process ends while the library is initialised: then
-/// there may be threads in here.
+/// Gone at the unload, unless the process ends while the library is initialised: then there may be threads in here.
 struct Owner {
+  Owner() : pPool(new Pool()) {}
+  Owner(const Owner &) = delete;
+  Owner &operator=(const Owner &) = delete;
   ~Owner() {
     if (!IsLibraryInitialised()) {
       delete pPool;
     }
   }
-  Pool *pPool = new Pool();
-};
+  Pool *const pPool;
+} g_Owner;
 
-Pool &ThePool() {
-  static const Owner owner;
-  return *owner.pPool;
+Pool &ThePool() { return *g_Owner.pPool; }
+
+/// The slot that an address lies in, or null.
+Slot *SlotOf(const void *pAddress) {
+  Pool &pool = ThePool();
+  const auto nAddress = reinterpret_cast<uintptr_t>(pAddress);
+  // The largest slab is the last one, and holds half of all buffers.
+  for (size_t i = pool.nSlabs.load(std::memory_order_acquire); i > 0; --i) {
+    Slab &slab = pool.slabs[i - 1];
+    const uintptr_t nBegin = slab.nBegin.load(std::memory_order_relaxed);
+    if (nAddress >= nBegin && nAddress < slab.nEnd.load(std::memory_order_relaxed)) {
+      return &slab.pSlots[(nAddress - nBegin) / sizeof(Slot)];
+    }
+  }
+  return nullptr;
 }
 
 void AddSlab(Pool &pool) {
@@ -83,7 +97,6 @@ void *CBufferPool::Take() {
   }
   Slot *pSlot = pool.free.back();
   pool.free.pop_back();
-  pSlot->bTaken.store(true, std::memory_order_release);
   return pSlot->memory;
 }
 
@@ -92,26 +105,31 @@ void CBufferPool::GiveBack(void *pMemory) noexcept {
   auto *pSlot = reinterpret_cast<Slot *>(pMemory);
   Pool &pool = ThePool();
   const boost::lock_guard<boost::mutex> guard(pool.lock);
-  pSlot->bTaken.store(false, std::memory_order_release);
   // Room for all slots was made when their slab came.
   pool.free.push_back(pSlot);
 }
 
-CBufferInfo *CBufferPool::Find(void *pHandle) noexcept {
-  Pool &pool = ThePool();
-  const auto nHandle = reinterpret_cast<uintptr_t>(pHandle);
-  // The largest slab is the last one, and holds half of all buffers.
-  for (size_t i = pool.nSlabs.load(std::memory_order_acquire); i > 0; --i) {
-    Slab &slab = pool.slabs[i - 1];
-    const uintptr_t nBegin = slab.nBegin.load(std::memory_order_relaxed);
-    if (nHandle < nBegin || nHandle >= slab.nEnd.load(std::memory_order_relaxed)) {
-      continue;
-    }
-    Slot &slot = slab.pSlots[(nHandle - nBegin) / sizeof(Slot)];
-    auto *pBuffer = reinterpret_cast<CBufferInfo *>(slot.memory);
-    return slot.bTaken.load(std::memory_order_acquire) && HandleOf(pBuffer) == pHandle ? pBuffer : nullptr;
+void CBufferPool::Publish(CBufferInfo *pBuffer) noexcept {
+  Slot *pSlot = SlotOf(pBuffer);
+  if (pSlot != nullptr) {
+    pSlot->bPublished.store(true, std::memory_order_release);
   }
-  return nullptr;
+}
+
+void CBufferPool::Withdraw(CBufferInfo *pBuffer) noexcept {
+  Slot *pSlot = SlotOf(pBuffer);
+  if (pSlot != nullptr) {
+    pSlot->bPublished.store(false, std::memory_order_release);
+  }
+}
+
+CBufferInfo *CBufferPool::Find(void *pHandle) noexcept {
+  Slot *pSlot = SlotOf(pHandle);
+  if (pSlot == nullptr || !pSlot->bPublished.load(std::memory_order_acquire)) {
+    return nullptr;
+  }
+  auto *pBuffer = reinterpret_cast<CBufferInfo *>(pSlot->memory);
+  return HandleOf(pBuffer) == pHandle ? pBuffer : nullptr;
 }
 
 }  // namespace GenICam::Client

@@ -21,6 +21,11 @@ class CBufferPool {
   static void *Take();
   static void GiveBack(void *pMemory) noexcept;
 
+  /// From here on, and until it is withdrawn, a constructed buffer can be found. One whose memory is not from here is
+  /// left alone.
+  static void Publish(CBufferInfo *pBuffer) noexcept;
+  static void Withdraw(CBufferInfo *pBuffer) noexcept;
+
   /// The announced buffer with that handle, or null.
   static CBufferInfo *Find(void *pHandle) noexcept;
 };

@@ -309,11 +309,13 @@ void CDataStream::DSStartAcquisition(ACQ_START_FLAGS iStartFlags, uint64_t iNumT
     const Lock lock(m_DeliverLock);
     m_iNumDelivered = 0;
   }
-  {
+  try {
     const Lock lock(m_BufferListLock);
     m_pStreamImpl->Acquire(0, iNumToAcquire, m_BufferList, weak_from_this(), m_bBuffersAnnounced);
+  } catch (...) {
+    m_bAcquiring = false;
+    throw;
   }
-  m_bAcquiring = true;
   m_bBuffersAnnounced = false;
 }
 

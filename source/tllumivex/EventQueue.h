@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <algorithm>
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
@@ -150,9 +149,12 @@ class CEventQueue : public IEventObj {
 
   /// The ring is full: a larger one begins with the oldest.
   void Grow() {
-    std::rotate(m_Q.begin(), m_Q.begin() + static_cast<ptrdiff_t>(m_iFront), m_Q.end());
+    std::vector<Entry> larger(m_Q.empty() ? kFirstSize : 2 * m_Q.size());
+    for (size_t i = 0; i < m_Q.size(); ++i) {
+      larger[i] = m_Q[(m_iFront + i) % m_Q.size()];
+    }
+    m_Q.swap(larger);
     m_iFront = 0;
-    m_Q.resize(m_Q.empty() ? kFirstSize : 2 * m_Q.size());
   }
 
   static constexpr size_t kFirstSize = 16;

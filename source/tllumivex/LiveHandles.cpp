@@ -5,9 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-
-#include <boost/thread/lock_guard.hpp>
-#include <boost/thread/mutex.hpp>
+#include <mutex>
 
 #include "TLIClient.h"
 
@@ -40,7 +38,7 @@ const void *const kGone = &g_Gone;
 
 // Trivially destroyed: an object that outlives the owner of the tables finds none and is left alone.
 std::atomic<Table *> g_pTable{nullptr};
-boost::mutex g_Lock;
+std::mutex g_Lock;  // Not of Boost: this one can be locked also while the process ends.
 
 struct Owner {
   ~Owner() {
@@ -99,7 +97,7 @@ Table *Grow(Table *pTable) {
 }  // namespace
 
 void CLiveHandles::Enter(const void *pHandle) {
-  const boost::lock_guard<boost::mutex> guard(g_Lock);
+  const std::lock_guard<std::mutex> guard(g_Lock);
   Table *pTable = g_pTable.load(std::memory_order_relaxed);
   if (pTable == nullptr) {
     pTable = new Table(kFirstSize, nullptr);
@@ -115,7 +113,7 @@ void CLiveHandles::Leave(const void *pHandle) noexcept {
   if (g_pTable.load(std::memory_order_acquire) == nullptr) {
     return;
   }
-  const boost::lock_guard<boost::mutex> guard(g_Lock);
+  const std::lock_guard<std::mutex> guard(g_Lock);
   Table *pTable = g_pTable.load(std::memory_order_relaxed);
   std::atomic<const void *> *pSlot = Find(*pTable, pHandle);
   if (pSlot != nullptr) {

@@ -29,17 +29,17 @@ class CPerThread {
   CPerThread(const CPerThread &) = delete;
   CPerThread &operator=(const CPerThread &) = delete;
   ~CPerThread() {
-    State *pState = s_pState;
-    const size_t nOwn = pState->slot.Get() != nullptr ? 1 : 0;
-    pState->slot.Close();
-    // No further thread's end is told; those that are on their way in have to be out again.
+    const size_t nOwn = s_pState.load()->slot.Get() != nullptr ? 1 : 0;
+    s_pState.load()->slot.Close();
+    State *pState = s_pState.exchange(nullptr);
+    // No further thread's end is told; those that are in here have to be out again.
     while (s_nInside != 0) {
       Lumivex::Platform::SleepMilliseconds(1);
     }
     if (IsLibraryInitialised() && pState->CountObjects() > nOwn) {
+      s_pState = pState;
       return;
     }
-    s_pState = nullptr;
     delete pState;
   }
 
@@ -90,7 +90,7 @@ class CPerThread {
 
   static void OnThreadEnd(void *pObject) {
     const CInside inside;
-    State *pState = s_pState.load(std::memory_order_acquire);
+    State *pState = s_pState;
     if (pState != nullptr) {
       const boost::lock_guard<boost::mutex> guard(pState->lock);
       pState->objects.erase(pObject);

@@ -176,6 +176,7 @@ void CStreamImpl::StartStream() {
   m_iPayloadSize = GetPayloadSize();
   // Ahead of the start: a callback can arrive at once.
   m_bAcquisitionRunning = true;
+  m_pParentStream->OnStreamStarting();
   if (GRB_StreamRead(m_pGrbStreamHandle->GetHandle(), GRB_STREAM_START,
                      reinterpret_cast<void *>(&CStreamImpl::GRB_CallbackEvent)) != GRB_OK) {
     throw unknown_error(": " + CGrbError::GetText(), LVX_HERE);
@@ -368,6 +369,8 @@ void CStreamImpl::Freeze(bool) {
   if (GRB_ParameterSet(m_pGrbStreamHandle->GetHandle(), GRB_EVENT_MASK_NOW, &nOne) != GRB_OK) {
     fail(CGrbError::GetText());
   }
+  // The stream lives to the end of this function, also if this was the last to hold it.
+  std::shared_ptr<CDataStream> pParentStream;
   {
     boost::unique_lock<boost::mutex> lock(m_StopMutex);
     while (!m_bFinalCallback) {
@@ -376,9 +379,8 @@ void CStreamImpl::Freeze(bool) {
         break;
       }
     }
+    pParentStream.swap(m_pParentStream);
   }
-  // The stream lives to the end of this function, also if this was the last to hold it.
-  const std::shared_ptr<CDataStream> pParentStream = std::move(m_pParentStream);
   m_iFramesToAcquire = 0;
   if (!bSuccess) {
     Stream(GRB_STREAM_ABORT);

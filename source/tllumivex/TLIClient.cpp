@@ -22,7 +22,16 @@ namespace {
 
 // Zero or one. The System module's pointer is guarded by the order of calls.
 std::atomic<uint32_t> g_nInitialisedCount{0};
-std::shared_ptr<CTL> g_pTL;
+
+// Without a destructor: a process may end while its threads call.
+union SystemModule {
+  SystemModule() : pTL() {}
+  SystemModule(const SystemModule &) = delete;
+  SystemModule &operator=(const SystemModule &) = delete;
+  ~SystemModule() {}
+  std::shared_ptr<CTL> pTL;
+} g_SystemModule;
+std::shared_ptr<CTL> &g_pTL = g_SystemModule.pTL;
 
 /// Size of the buffer for the library's path, as each query has it.
 constexpr size_t kInfoNamePathSize = 4096;

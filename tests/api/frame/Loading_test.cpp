@@ -148,6 +148,23 @@ TEST_F(LoadingTest, ThreadMayCallTheReloadedLibrary) {
   worker.End();
 }
 
+// The unload of a library that nobody closed: a thread that called it ends behind it.
+TEST_F(LoadingTest, ThreadMayEndBehindAnUnloadWithoutAClose) {
+  ASSERT_EQ(GC_ERR_SUCCESS, Gc().GCInitLib());
+  std::promise<void> called;
+  std::promise<void> unloaded;
+  std::thread worker([&] {
+    Gc().TLOpen(nullptr);
+    called.set_value();
+    unloaded.get_future().wait();
+  });
+  called.get_future().wait();
+  CProducer::Instance().Unload();
+  unloaded.set_value();
+  worker.join();
+  EXPECT_FALSE(CProducer::IsMapped());
+}
+
 // ---------------------------------------------------------------------------------------------------------------------
 // The end of the process
 // ---------------------------------------------------------------------------------------------------------------------
@@ -192,6 +209,9 @@ TEST_F(ProcessDeathTest, EndsCleanlyWhileAThreadCalls) {
             size_t iSize = 0;
             Gc().TLGetInfo(hSystem, TL_INFO_VENDOR, &iType, nullptr, &iSize);
             Gc().TLGetInfo(hSystem, -1, &iType, nullptr, &iSize);
+            IF_HANDLE hIface = nullptr;
+            Gc().TLOpenInterface(hSystem, "GL-CXP4-#1", &hIface);
+            Gc().IFClose(hIface);
             if (i == 100) {
               calling.set_value();
             }
