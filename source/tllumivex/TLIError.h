@@ -27,7 +27,7 @@ class CTLIError {
  private:
   std::string m_strText;
   GC_ERROR m_iCode;
-  uint32_t m_nThreadId;
+  [[maybe_unused]] const uint32_t m_nThreadId;  // Kept: written once, read by nothing.
 };
 
 /// The calling thread's record.
