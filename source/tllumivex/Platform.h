@@ -115,7 +115,7 @@ class CThreadSlot {
   void Close() noexcept;
 
  private:
-  uint32_t m_nKey;
+  [[maybe_unused]] uint32_t m_nKey;
   std::atomic<bool> m_bClosed{false};
 };
 

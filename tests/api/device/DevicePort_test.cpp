@@ -254,7 +254,7 @@ TEST_F(DevicePort, DescriptionIsWhatTheUrlNames) {
 TEST_F(DevicePort, TakesWholeWordsOnly) {
   uint32_t words[2] = {};
   constexpr const char *kText = "Address and/or uiSize have to be multiples of four.";
-  for (const size_t size : {1, 2, 3, 5, 7}) {
+  for (const size_t size : {1U, 2U, 3U, 5U, 7U}) {
     EXPECT_GC(GC_ERR_INVALID_PARAMETER, kText, TryRead(m_hDevice, 0x3EC, words, size));
     EXPECT_GC(GC_ERR_INVALID_PARAMETER, kText, WriteBytes(m_hDevice, 0x3EC, std::vector<uint8_t>(size)));
   }

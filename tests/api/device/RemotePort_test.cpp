@@ -436,7 +436,7 @@ TEST_P(BadLinkConfiguration, ChangesNothing) {
 INSTANTIATE_TEST_SUITE_P(Values, BadLinkConfiguration, testing::ValuesIn(kBadLinks));
 
 TEST_F(RemotePort, LinkConfigurationOfAnotherSizeIsDropped) {
-  for (const size_t size : {1, 2, 3, 5, 8}) {
+  for (const size_t size : {1U, 2U, 3U, 5U, 8U}) {
     EXPECT_GC_OK(WriteBytes(m_hPort, 0x4014, std::vector<uint8_t>(size, 0xFF)));
     EXPECT_EQ(Calls(), Lines());
   }

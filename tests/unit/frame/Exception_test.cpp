@@ -197,7 +197,7 @@ using AllErrors =
                    notimplemented_error, resourceinuse_error, accessdenied_error, invalidhandle_error, invalidid_error,
                    nodata_error, invalidparameter_error, io_error, timeout_error, abort_error, invalidbuffer_error,
                    notavailable_error, invalidaddress_error>;
-TYPED_TEST_SUITE(ErrorClass, AllErrors);
+TYPED_TEST_SUITE(ErrorClass, AllErrors, );  // the last argument may be empty, but Clang wants its comma
 
 TYPED_TEST(ErrorClass, AddsNothingToTheBase) {
   EXPECT_TRUE((std::is_base_of<CLVXException, TypeParam>::value));
@@ -219,7 +219,7 @@ using ThrownErrors =
     testing::Types<dynamic_cast_error, unknown_error, outofrange_error, access_error, notinitialized_error,
                    notimplemented_error, resourceinuse_error, accessdenied_error, invalidhandle_error,
                    invalidparameter_error, io_error, timeout_error, abort_error, invalidbuffer_error>;
-TYPED_TEST_SUITE(ThrownErrorClass, ThrownErrors);
+TYPED_TEST_SUITE(ThrownErrorClass, ThrownErrors, );
 
 TYPED_TEST(ThrownErrorClass, CarriesMessageFunctionFileAndLine) {
   const TypeParam failure("words", "Space::f", "/d/x.cpp", 17U);
