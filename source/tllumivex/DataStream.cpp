@@ -185,7 +185,7 @@ void CDataStream::DSQueueBuffer(BUFFER_HANDLE hBuffer) {
     return;
   }
   pBufferInfo->ResetToQueued();
-  if (m_bAcquiring) {
+  if (m_bAcquiring || m_pStreamImpl->IsStartUnderWay()) {
     m_pStreamImpl->ReleaseBuffer(pBufferInfo);
   }
 }
@@ -309,14 +309,13 @@ void CDataStream::DSStartAcquisition(ACQ_START_FLAGS iStartFlags, uint64_t iNumT
     const Lock lock(m_DeliverLock);
     m_iNumDelivered = 0;
   }
-  try {
+  {
     const Lock lock(m_BufferListLock);
     m_pStreamImpl->Acquire(0, iNumToAcquire, m_BufferList, weak_from_this(), m_bBuffersAnnounced);
-  } catch (...) {
-    m_bAcquiring = false;
-    throw;
   }
+  m_bAcquiring = true;
   m_bBuffersAnnounced = false;
+  m_pStreamImpl->EndStart();
 }
 
 void CDataStream::DSStopAcquisition(ACQ_STOP_FLAGS iStopFlags) {

@@ -60,9 +60,6 @@ class CDataStream : public std::enable_shared_from_this<CDataStream>, public ICo
   /// @throws invalidbuffer_error
   void DSGetBufferID(uint32_t iIndex, BUFFER_HANDLE *phBuffer);
 
-  /// The run counts as on from here: a Consumer may take and return the first frames before the start is back, and
-  /// their slots have to get to the library.
-  void OnStreamStarting() { m_bAcquiring = true; }
   /// Puts a filled buffer on the delivery list. False, with a report on EVENT_ERROR, if it did not get there.
   bool DeliverBuffer(CBufferInfo *pBufferInfo);
   /// Takes the oldest filled buffer off the list; waits once, up to iTimeout milliseconds. False: there was none.

@@ -46,6 +46,7 @@ CStreamImpl::CStreamImpl(const std::shared_ptr<CDataStreamInfo> &pStreamInfo,
     : m_pStreamInfo(pStreamInfo),
       m_pDeviceImpl(pDeviceImpl),
       m_bAcquisitionRunning(false),
+      m_bStartUnderWay(false),
       m_bFinalCallback(true),
       m_iNumBuffers(2),
       m_iStartedBase(0),
@@ -176,7 +177,7 @@ void CStreamImpl::StartStream() {
   m_iPayloadSize = GetPayloadSize();
   // Ahead of the start: a callback can arrive at once.
   m_bAcquisitionRunning = true;
-  m_pParentStream->OnStreamStarting();
+  m_bStartUnderWay = true;
   if (GRB_StreamRead(m_pGrbStreamHandle->GetHandle(), GRB_STREAM_START,
                      reinterpret_cast<void *>(&CStreamImpl::GRB_CallbackEvent)) != GRB_OK) {
     throw unknown_error(": " + CGrbError::GetText(), LVX_HERE);
@@ -185,6 +186,7 @@ void CStreamImpl::StartStream() {
 
 void CStreamImpl::BackToIdle() {
   m_bAcquisitionRunning = false;
+  m_bStartUnderWay = false;
   m_iPayloadSize = 0;
   m_dwPixelFormat = 0;
   m_dwImageHeight = 0;

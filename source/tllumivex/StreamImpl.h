@@ -50,6 +50,11 @@ class CStreamImpl {
   void Acquire(uint32_t nFlags, uint64_t iNumToAcquire, const CBufferList &BufferList,
                const std::weak_ptr<CDataStream> &pParentStream, bool bBufferSetChanged);
 
+  /// A Consumer may take and return the first frames before its start is back: their slots have to get to the library.
+  bool IsStartUnderWay() const { return m_bStartUnderWay; }
+  /// The start is told.
+  void EndStart() { m_bStartUnderWay = false; }
+
   /// Ends a run; nothing, when none is on. The engine is idle afterwards, also after a failure.
   /// @param bKill not looked at @throws unknown_error with a report of all that went wrong
   void Freeze(bool bKill);
@@ -93,6 +98,8 @@ class CStreamImpl {
 
   // Atomic: the callback looks at it without a lock, and the handshake covers a late look.
   std::atomic<bool> m_bAcquisitionRunning;
+  // From the moment the stream starts until its start is told: see IsStartUnderWay.
+  std::atomic<bool> m_bStartUnderWay;
 
   // Guarded by m_StopMutex.
   bool m_bFinalCallback;
