@@ -185,12 +185,14 @@ TEST_F(StreamTest, RevocationKeepsTheProducersMemoryBack) {
   int user = 0;
   void *base = this;
   void *priv = nullptr;
-  EXPECT_GC_OK(Gc().DSRevokeBuffer(m_hStream, AllocOf(16, &user), &base, &priv));
+  const BUFFER_HANDLE buffer = AllocOf(16, &user);
+  EXPECT_GC_OK(Gc().DSRevokeBuffer(m_hStream, buffer, &base, &priv));
   EXPECT_EQ(nullptr, base);
   EXPECT_EQ(&user, priv);
 }
 
 TEST_F(StreamTest, RevocationTakesNullPointersForItsAnswers) {
+  OpenStream();
   std::array<uint8_t, 32> memory{};
   int user = 0;
   const auto announce = [&] {
