@@ -855,6 +855,8 @@ void LoadedProducerTest::TearDown() {
   Scripted::CScriptedGrb &script = Scripted::Script();
   script.CancelAll();
   script.SetFinalCallback(Scripted::FinalCallback::OwnThread);
+  // A library whose callback is still on its way would not let the stream's handle close either.
+  script.WaitIdle();
   if (CProducer::Instance().IsLoaded()) {
     const GC_ERROR result = Gc().GCCloseLib();
     EXPECT_TRUE(result == GC_ERR_SUCCESS || result == GC_ERR_NOT_INITIALIZED) << NameOfError(result);
