@@ -2,11 +2,11 @@
 #include "FakePlatform.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
-#include <map>
 #include <thread>
 
 namespace FakePlatform {
@@ -132,18 +132,35 @@ void SleepMilliseconds(uint32_t) { std::this_thread::yield(); }
 
 void ShowMessage(const char *pText, const char *pTitle) noexcept { Get().messages.emplace_back(pText, pTitle); }
 
-// No thread of these tests outlives its record: nothing has to be told at its end.
+// No thread of these tests outlives its record: nothing has to be told at its end. Records that live as long as the
+// program look into their slot after the main thread's objects are gone, so the table is one that nothing destroys.
 namespace {
 
-thread_local std::map<const void *, void *> t_Slots;
+struct Slot {
+  const void *pOwner;
+  void *pValue;
+};
+
+thread_local std::array<Slot, 8> t_Slots;
+
+// The slot of `pOwner`, or the first free one.
+Slot &SlotOf(const void *pOwner) noexcept {
+  const auto slot = std::find_if(t_Slots.begin(), t_Slots.end(), [pOwner](const Slot &entry) {
+    return entry.pOwner == pOwner || entry.pOwner == nullptr;
+  });
+  if (slot == t_Slots.end()) {
+    std::abort();
+  }
+  return *slot;
+}
 
 }  // namespace
 
 CThreadSlot::CThreadSlot(void (*)(void *)) : m_nKey(0) {}
 CThreadSlot::~CThreadSlot() = default;
-void *CThreadSlot::Get() const noexcept { return t_Slots[this]; }
+void *CThreadSlot::Get() const noexcept { return SlotOf(this).pValue; }
 void CThreadSlot::Close() noexcept {}
-void CThreadSlot::Set(void *pValue) { t_Slots[this] = pValue; }
+void CThreadSlot::Set(void *pValue) { SlotOf(this) = {this, pValue}; }
 
 uint32_t CurrentThreadId() noexcept {
   return static_cast<uint32_t>(std::hash<std::thread::id>()(std::this_thread::get_id()));
