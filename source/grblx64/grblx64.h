@@ -618,10 +618,12 @@ GRB_API GRB_STATUS GRB_Action(GRB_HANDLE handle, uint32_t action, uint32_t subAc
 /**
  * Starts, stops and steps acquisition.
  *
- * GRB_STREAM_START takes the destination list: pairs of two 64-bit words, the first of which is the address of a
- * destination, GRB_ACQ_NUM_BUFFERS of them and a pair of zeros behind. The library fills them in that order, wraps
- * around, and raises GRB_EVENT_BUFFER_READY for each. A filled destination is filled again only after a
- * GRB_STREAM_RELEASE, which frees the oldest. After GRB_STREAM_STOP a write of GRB_EVENT_MASK_NOW raises one callback.
+ * GRB_STREAM_START goes through the destination list that was set: pairs of two 64-bit words, the first of which is the
+ * address of a destination, GRB_ACQ_NUM_BUFFERS of them and a pair of zeros behind. The library fills them in that
+ * order, wraps around, and raises GRB_EVENT_BUFFER_READY for each. A filled destination is filled again only after a
+ * GRB_STREAM_RELEASE, which frees the oldest. GRB_STREAM_STOP ends the frames and keeps the last callback: a write of
+ * GRB_EVENT_MASK_NOW behind it raises one. GRB_STREAM_ABORT ends the run; no callback is raised behind it. GRB_EXPOSE
+ * triggers the camera. The argument of GRB_STREAM_START is the callback, of all others null.
  */
 GRB_API GRB_STATUS GRB_StreamRead(GRB_HANDLE handle, uint32_t operation, void *argument);
 

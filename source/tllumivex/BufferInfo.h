@@ -83,16 +83,17 @@ class CBufferInfo final : public ICommonBase {
 
  private:
   // Relaxed: the list's lock or the library's release orders what one owner leaves to the next; the atomic only keeps
-  // a curious reader from a torn value.
-  template <class Value>
+  // a curious reader from a torn value. The one exception is m_bIsQueued.
+  template <class Value, std::memory_order kStore = std::memory_order_relaxed,
+            std::memory_order kLoad = std::memory_order_relaxed>
   class Field {
    public:
     explicit Field(Value value) : m_Value(value) {}
     Field &operator=(Value value) {
-      m_Value.store(value, std::memory_order_relaxed);
+      m_Value.store(value, kStore);
       return *this;
     }
-    operator Value() const { return m_Value.load(std::memory_order_relaxed); }
+    operator Value() const { return m_Value.load(kLoad); }
 
    private:
     std::atomic<Value> m_Value;
@@ -107,7 +108,9 @@ class CBufferInfo final : public ICommonBase {
 
   Field<uint64_t> m_nTimestamp{0};
   Field<bool> m_bNewData{false};
-  Field<bool> m_bIsQueued{false};
+  // Who finds it false finds what was written ahead of it: a buffer on its way to the Consumer is never seen with
+  // neither this nor m_bInDelivery set.
+  Field<bool, std::memory_order_release, std::memory_order_acquire> m_bIsQueued{false};
   Field<bool> m_bIsAcquiring{false};
   Field<bool> m_bIsIncomplete{false};
   Field<size_t> m_iSizeFilled{0};

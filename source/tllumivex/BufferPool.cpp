@@ -40,13 +40,13 @@ struct Pool {
   std::vector<Slot *> free;
 };
 
-/// Gone at the unload, unless the process ends while the library is initialised: then there may be threads in here.
+/// Gone at the end, unless there may be threads in here.
 struct Owner {
   Owner() : pPool(new Pool()) {}
   Owner(const Owner &) = delete;
   Owner &operator=(const Owner &) = delete;
   ~Owner() {
-    if (!IsLibraryInitialised()) {
+    if (!MayBeInUseAtTheEnd()) {
       delete pPool;
     }
   }

@@ -63,7 +63,7 @@ CDataStream::CDataStream(const std::shared_ptr<CDevice> &pParentDevice,
 CDataStream::~CDataStream() = default;
 
 void CDataStream::InitPort() {
-  const std::vector<uint32_t> xml = LoadDescription(kDataStreamDescription);
+  const std::vector<uint32_t> xml = LoadDescription(kDataStreamDescription, LVX_HERE);
   m_iXmlSize = xml.size() * sizeof(uint32_t);
   m_RegisterMap.Resize(m_iXmlSize + kDataStreamDescription.nXmlAddress);
   const auto addText = [this](uint64_t iAddress, uint64_t iSize, const std::string &strText) {
@@ -168,23 +168,22 @@ void CDataStream::DSRevokeBuffer(BUFFER_HANDLE hBuffer, void **ppBuffer, void **
   }
 }
 
-CBufferInfo *CDataStream::BufferOf(BUFFER_HANDLE hBuffer) const {
+CBufferInfo *CDataStream::BufferOf(BUFFER_HANDLE hBuffer) {
   CBufferInfo *pBufferInfo = CBufferPool::Find(hBuffer);
-  if (pBufferInfo == nullptr) {
-    pBufferInfo = TypeCast<CBufferInfo>(hBuffer);
-  }
-  if (pBufferInfo->Owner() != this) {
-    throw invalidparameter_error("Invalid Buffer Handle.", LVX_HERE);
-  }
-  return pBufferInfo;
+  return pBufferInfo != nullptr ? pBufferInfo : TypeCast<CBufferInfo>(hBuffer);
 }
 
 void CDataStream::DSQueueBuffer(BUFFER_HANDLE hBuffer) {
   auto *pBufferInfo = BufferOf(hBuffer);
+  if (pBufferInfo->Owner() != this) {
+    // Its slot is one of another stream's run.
+    throw invalidparameter_error("Invalid Buffer Handle.", LVX_HERE);
+  }
   if (pBufferInfo->IsQueued()) {
     return;
   }
   pBufferInfo->ResetToQueued();
+  // A start that is not back yet counts: the slot of a frame that is returned by then would be lost to the run.
   if (m_bAcquiring || m_pStreamImpl->IsStartUnderWay()) {
     m_pStreamImpl->ReleaseBuffer(pBufferInfo);
   }
@@ -230,6 +229,7 @@ void CDataStream::FlushInputToOutput() {
 
 void CDataStream::FlushOutputDiscard() {
   const Lock lock(m_DeliverLock);
+  // Kept: the newest goes first.
   while (!m_DeliverBufferList.empty()) {
     CBufferInfo *pBufferInfo = m_DeliverBufferList.back();
     m_DeliverBufferList.pop_back();
@@ -277,7 +277,7 @@ void CDataStream::FlushAllDiscard() {
   m_DeliverBufferList.clear();
 }
 
-void CDataStream::RequireQueuedBuffers() {
+void CDataStream::RequireQueuedBuffers(const char *pFunction, const char *pFile, uint32_t nLine) {
   const uint64_t iRequired = m_bDefinesPayloadSize ? m_pStreamImpl->GetPayloadSize() : 0;
   const Lock lock(m_BufferListLock);
   bool bFound = false;
@@ -291,11 +291,12 @@ void CDataStream::RequireQueuedBuffers() {
       throw invalidbuffer_error("Size of buffer (" + std::to_string(pB->Size()) +
                                     ") must be greater than or equal to PayloadSize (" + std::to_string(iRequired) +
                                     ").",
-                                LVX_HERE);
+                                pFunction, pFile, nLine);
     }
   }
   if (!bFound) {
-    throw invalidbuffer_error("You must queue at least one buffer before starting acquisition.", LVX_HERE);
+    throw invalidbuffer_error("You must queue at least one buffer before starting acquisition.", pFunction, pFile,
+                              nLine);
   }
 }
 
@@ -303,7 +304,7 @@ void CDataStream::DSStartAcquisition(ACQ_START_FLAGS iStartFlags, uint64_t iNumT
   if (iStartFlags != ACQ_START_FLAGS_DEFAULT) {
     throw invalidparameter_error("Invalid acquisition start flag: only supports ACQ_START_FLAGS_DEFAULT.", LVX_HERE);
   }
-  RequireQueuedBuffers();
+  RequireQueuedBuffers(LVX_HERE);
   DSStopAcquisition(ACQ_STOP_FLAGS_KILL);
   {
     const Lock lock(m_DeliverLock);
@@ -336,6 +337,11 @@ void CDataStream::Close() {
       DSRevokeBuffer(HandleOf(m_BufferList.front().get()), nullptr, nullptr);
     }
   }
+  {
+    Lock lock(m_DeliverLock);
+    EndWaits(m_DeliverCondition, lock, m_Waiters);
+  }
+  m_pEventError->EndAllWaits();
   // The object ends with this pointer.
   const std::shared_ptr<CDataStream> pThis = shared_from_this();
   m_pParentDevice->ReleaseChild(pThis);
@@ -354,6 +360,7 @@ size_t CDataStream::GetNumQueued() {
 void CDataStream::DSGetInfo(STREAM_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void *pBuffer, size_t *piSize) {
   switch (iInfoCmd) {
     case STREAM_INFO_ID:
+      // Kept: not the name under which the Device opens the stream.
       return SetReturnParam(pBuffer, piSize, piType, "0");
     case STREAM_INFO_NUM_DELIVERED: {
       const Lock lock(m_DeliverLock);
@@ -433,16 +440,18 @@ bool CDataStream::DeliverBuffer(CBufferInfo *pBufferInfo) {
 
 bool CDataStream::GetFilledBuffer(void *pBuffer, size_t *piSize, uint64_t iTimeout) {
   Lock lock(m_DeliverLock);
-  if (!m_bKillWait && m_DeliverBufferList.empty() && !WaitOnce(m_DeliverCondition, lock, iTimeout)) {
+  const auto isWaitOver = [this] { return m_bKillWait || m_Waiters.bEnding; };
+  if (!isWaitOver() && m_DeliverBufferList.empty() && !WaitOnce(m_DeliverCondition, lock, iTimeout, m_Waiters)) {
     return false;
   }
-  if (m_bKillWait) {
+  if (isWaitOver()) {
     m_bKillWait = false;
     throw abort_error("Wait terminated", LVX_HERE);
   }
   if (m_DeliverBufferList.empty()) {
     return false;
   }
+  // Kept: asserted twice, right behind the test.
   LVX_ASSERT(m_DeliverBufferList.empty() == false);
   CBufferInfo *pBufferInfo = m_DeliverBufferList.front();
   LVX_ASSERT(pBufferInfo != 0);
@@ -474,7 +483,7 @@ void CDataStream::WriteData(uint64_t iAddress, const void *pBuffer, size_t *piSi
 }
 
 void CDataStream::GetURL(char *sURL, size_t *piSize) {
-  GetDescriptionUrl(kDataStreamDescription, static_cast<uint32_t>(m_iXmlSize), sURL, piSize);
+  GetDescriptionUrl(kDataStreamDescription, static_cast<uint32_t>(m_iXmlSize), sURL, piSize, LVX_HERE);
 }
 
 void CDataStream::GetNumPortURLs(uint32_t *piNumURLs) { *piNumURLs = 1; }
@@ -482,13 +491,13 @@ void CDataStream::GetNumPortURLs(uint32_t *piNumURLs) { *piNumURLs = 1; }
 void CDataStream::GetPortURLInfo(uint32_t iURLIndex, URL_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void *pBuffer,
                                  size_t *piSize) {
   GetDescriptionUrlInfo(kDataStreamDescription, static_cast<uint32_t>(m_iXmlSize), iURLIndex, iInfoCmd, piType, pBuffer,
-                        piSize);
+                        piSize, LVX_HERE);
 }
 
 void CDataStream::GetPortInfo(PORT_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void *pBuffer, size_t *piSize) {
   AnswerPortInfo({m_pDataStreamInfo->GetId(), kVendorName, kModelName, "CXP", "TLDataStream", false, true, "StreamPort",
                   "Invalid PORT_INFO_CMD Command %08X"},
-                 iInfoCmd, piType, pBuffer, piSize);
+                 iInfoCmd, piType, pBuffer, piSize, LVX_HERE);
 }
 
 void CDataStream::Register(EVENT_TYPE iEventID, EVENT_HANDLE *phEvent) {

@@ -16,6 +16,7 @@
 #include "ICommonBase.h"
 #include "RegisterMap.h"
 #include "StreamImpl.h"
+#include "Wait.h"
 
 namespace GenICam::Client {
 
@@ -93,8 +94,8 @@ class CDataStream : public std::enable_shared_from_this<CDataStream>, public ICo
   /// The caller holds m_BufferListLock.
   void Announce(std::unique_ptr<CBufferInfo> pBufferInfo, BUFFER_HANDLE *phBuffer);
   /// The buffer behind a handle; it was announced to this stream.
-  CBufferInfo *BufferOf(BUFFER_HANDLE hBuffer) const;
-  void RequireQueuedBuffers();
+  static CBufferInfo *BufferOf(BUFFER_HANDLE hBuffer);
+  void RequireQueuedBuffers(const char *pFunction, const char *pFile, uint32_t nLine);
   size_t GetNumQueued();
   /// The caller holds m_DeliverLock.
   void AppendToDeliverList(CBufferInfo *pBufferInfo);
@@ -130,6 +131,7 @@ class CDataStream : public std::enable_shared_from_this<CDataStream>, public ICo
   boost::circular_buffer<CBufferInfo *> m_DeliverBufferList;
   uint64_t m_iNumDelivered;
   bool m_bKillWait;
+  Waiters m_Waiters;
 
   // No lock: one thread drives the port.
   CRegisterMap m_RegisterMap;

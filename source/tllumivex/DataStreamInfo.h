@@ -6,7 +6,10 @@
 
 namespace GenICam::Client {
 
-/// What a Device keeps of its data stream. Never changed after construction; held by shared pointers.
+/// What a Device keeps of its data stream: its name, and the board and channel that it stands on.
+///
+/// Made when the Device opens, and held by shared pointers: by the Device's list of children, the open stream and its
+/// engine. Never changed after construction, so any thread may read it; takes no lock, throws nothing.
 class CDataStreamInfo {
  public:
   CDataStreamInfo(const std::string &strName, uint32_t nBoard, uint32_t nChannel)

@@ -44,7 +44,7 @@ CDevice::CDevice(const std::shared_ptr<CInterface> &pParentInterface, const std:
       m_dwStreamCount(0),
       m_dwAccessFlags(dwAccessFlags),
       m_pEventError(std::make_shared<CEventError>()) {
-  OpenHandles();
+  OpenHandles(LVX_HERE);
   m_dwStreamCount = m_Children.GetNumChildren();
   m_pDeviceImpl = std::make_shared<CDeviceImpl>(m_pGrbChannelHandle, m_pGrbStreamHandle);
   InitPort();
@@ -53,13 +53,13 @@ CDevice::CDevice(const std::shared_ptr<CInterface> &pParentInterface, const std:
 
 CDevice::~CDevice() = default;
 
-void CDevice::OpenHandles() {
+void CDevice::OpenHandles(const char *pFunction, const char *pFile, uint32_t nLine) {
   const uint32_t nBoard = m_pDeviceInfo->GetBoard();
   const uint32_t nChannel = m_pDeviceInfo->GetChannel();
   m_pGrbChannelHandle = std::make_shared<CGrbChannelHandle>(nBoard, nChannel, true);
   LVX_ASSERT(m_pGrbChannelHandle != 0);
   if (!m_pGrbChannelHandle->IsValid()) {
-    throw unknown_error("Attempting to use a Device but GRB Channel handle not valid.", LVX_HERE);
+    throw unknown_error("Attempting to use a Device but GRB Channel handle not valid.", pFunction, pFile, nLine);
   }
   if (m_dwAccessFlags != DEVICE_ACCESS_CONTROL && m_dwAccessFlags != DEVICE_ACCESS_EXCLUSIVE) {
     return;
@@ -71,13 +71,13 @@ void CDevice::OpenHandles() {
     throw unknown_error(
         "Opening Device in DEVICE_ACCESS_CONTROL or DEVICE_ACCESS_EXCLUSIVE access mode but GRB Stream handle not "
         "valid.",
-        LVX_HERE);
+        pFunction, pFile, nLine);
   }
   m_Children.UpdateChildList({std::make_shared<CDataStreamInfo>(kStreamName, nBoard, nChannel)});
 }
 
 void CDevice::InitPort() {
-  const std::vector<uint32_t> xml = LoadDescription(kDeviceDescription);
+  const std::vector<uint32_t> xml = LoadDescription(kDeviceDescription, LVX_HERE);
   m_dwXmlSize = static_cast<uint32_t>(xml.size() * sizeof(uint32_t));
   m_RegisterMap.Resize(m_dwXmlSize + kDeviceDescription.nXmlAddress);
   AddRegisters();
@@ -125,6 +125,7 @@ void CDevice::AddRegisters() {
 void CDevice::Close() {
   m_Children.CloseAll();
   m_pPort.reset();
+  m_pEventError->EndAllWaits();
   // The object ends with this pointer.
   const std::shared_ptr<CDevice> pThis = shared_from_this();
   m_pParentInterface->ReleaseChild(pThis);
@@ -231,14 +232,14 @@ void CDevice::GetNumPortURLs(uint32_t *piNumURLs) { *piNumURLs = 1; }
 
 void CDevice::GetPortURLInfo(uint32_t iURLIndex, URL_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void *pBuffer,
                              size_t *piSize) {
-  GetDescriptionUrlInfo(kDeviceDescription, m_dwXmlSize, iURLIndex, iInfoCmd, piType, pBuffer, piSize);
+  GetDescriptionUrlInfo(kDeviceDescription, m_dwXmlSize, iURLIndex, iInfoCmd, piType, pBuffer, piSize, LVX_HERE);
 }
 
 void CDevice::GetPortInfo(PORT_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void *pBuffer, size_t *piSize) {
   const bool bAccessWrite = m_dwAccessFlags > DEVICE_ACCESS_READONLY;
   AnswerPortInfo({m_pDeviceInfo->GetId(), kVendorName, kModelName, "CXP", "TLDevice", false, bAccessWrite, "DevicePort",
                   "Invalid Port Info Command %d"},
-                 iInfoCmd, piType, pBuffer, piSize);
+                 iInfoCmd, piType, pBuffer, piSize, LVX_HERE);
 }
 
 void CDevice::Register(EVENT_TYPE iEventID, EVENT_HANDLE *phEvent) {

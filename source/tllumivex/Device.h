@@ -65,7 +65,7 @@ class CDevice : public std::enable_shared_from_this<CDevice>, public ICommonBase
   CDevice(const std::shared_ptr<CInterface> &pParentInterface, const std::shared_ptr<CDeviceInfo> &pDeviceInfo,
           uint32_t dwAccessFlags);
 
-  void OpenHandles();
+  void OpenHandles(const char *pFunction, const char *pFile, uint32_t nLine);
   void InitPort();
   void AddRegisters();
   void RequireWriteAccess(const char *pFunction, const char *pFile, uint32_t nLine) const;

@@ -21,6 +21,10 @@ namespace GenICam::Client {
 
 namespace {
 
+/// A failure names the operation that was asked for, not the helper that found it.
+constexpr const char *kSetFunction = "GenICam::Client::CDeviceImpl::SetVirtualRegister";
+constexpr const char *kGetFunction = "GenICam::Client::CDeviceImpl::GetVirtualRegister";
+
 /// The letters of GRB_Register_Command. The whole 32-bit value counts.
 constexpr uint32_t kCommandWrite = 'W';
 constexpr uint32_t kCommandRead = 'R';
@@ -131,6 +135,7 @@ constexpr CDeviceImpl::Row CDeviceImpl::kRows[] = {
     {0x1C9C, "GRB_DATASTREAM_VALID", GRB_DATASTREAM_VALID, GRB_DATASTREAM_VALID, 32, &CDeviceImpl::WritePlain,
      &CDeviceImpl::ReadPlain},
     {0x1CA0, "GRB_CACHE_FLUSH", GRB_CACHE_FLUSH, 0, 32, &CDeviceImpl::FlushCache, nullptr},
+    // Kept: a failed read of the bus format names the user format.
     {0x1CA4, "GRB_USR_FORMAT", 0, GRB_BUS_FORMAT, 32, nullptr, &CDeviceImpl::ReadPlain},
     {0x1CA8, "GRB_USR_FORMAT", 0, GRB_USR_FORMAT, 32, nullptr, &CDeviceImpl::ReadPlain},
     {0x2004, "GRB_CAMTRIG_SRC", GRB_CAMTRIG_SRC, GRB_CAMTRIG_SRC, 32, &CDeviceImpl::WritePlain,
@@ -333,13 +338,15 @@ uint32_t CDeviceImpl::GetNested(uint32_t nAddress) {
 
 void CDeviceImpl::Set(uint32_t nId, void *pValue, const char *pName) {
   if (GRB_ParameterSet(m_pStreamHandle->GetHandle(), nId, pValue) != GRB_OK) {
-    throw unknown_error(std::string("Failed writing Device feature: ") + pName + ": " + CGrbError::GetText(), LVX_HERE);
+    throw unknown_error(std::string("Failed writing Device feature: ") + pName + ": " + CGrbError::GetText(),
+                        kSetFunction, __FILE__, __LINE__);
   }
 }
 
 void CDeviceImpl::Get(uint32_t nId, void *pValue, const char *pName) {
   if (GRB_ParameterGet(m_pStreamHandle->GetHandle(), nId, pValue) != GRB_OK) {
-    throw unknown_error(std::string("Failed reading Device feature: ") + pName + ": " + CGrbError::GetText(), LVX_HERE);
+    throw unknown_error(std::string("Failed reading Device feature: ") + pName + ": " + CGrbError::GetText(),
+                        kGetFunction, __FILE__, __LINE__);
   }
 }
 
@@ -381,8 +388,9 @@ void CDeviceImpl::ReadWidth(const Row &row, void *pBuffer, size_t *piSize) {
   uint32_t nLength = 0;
   Get(GRB_ROI_XLENGTH, &nLength, row.pName);
   const uint32_t nDecimation = GetNested(REG_DECIMATION_HORIZONTAL);
+  // Kept: cannot be, as no conversion gives 0; and its spelling.
   if (nDecimation == 0) {
-    throw unknown_error("Null horiziontal decimation.", LVX_HERE);
+    throw unknown_error("Null horiziontal decimation.", kGetFunction, __FILE__, __LINE__);
   }
   Answer(pBuffer, piSize, nLength / nDecimation);
 }
@@ -396,8 +404,9 @@ void CDeviceImpl::ReadHeight(const Row &row, void *pBuffer, size_t *piSize) {
   uint32_t nLength = 0;
   Get(GRB_ROI_YLENGTH, &nLength, row.pName);
   const uint32_t nDecimation = GetNested(REG_DECIMATION_VERTICAL);
+  // Kept: cannot be either.
   if (nDecimation == 0) {
-    throw unknown_error("Null vertical decimation.", LVX_HERE);
+    throw unknown_error("Null vertical decimation.", kGetFunction, __FILE__, __LINE__);
   }
   Answer(pBuffer, piSize, nLength / nDecimation);
 }
@@ -458,7 +467,7 @@ void CDeviceImpl::LoadConfigFile(const Row &, void *pBuffer) {
 void CDeviceImpl::SaveConfigFile(const Row &, void *pBuffer) {
   std::string strPath = WithoutQuotes(static_cast<const char *>(pBuffer));
   if (GRB_Action(m_pStreamHandle->GetHandle(), GRB_ACTION_CONFIG, GRB_ACTION_CONFIG_SAVE, strPath.data()) != GRB_OK) {
-    throw unknown_error("Failed saving GCF file: " + CGrbError::GetText(), LVX_HERE);
+    throw unknown_error("Failed saving GCF file: " + CGrbError::GetText(), kSetFunction, __FILE__, __LINE__);
   }
 }
 
@@ -516,7 +525,7 @@ void CDeviceImpl::FlushCache(const Row &row, void *) { Set(row.nWriteId, nullptr
 void CDeviceImpl::Expose(const Row &row, void *) {
   if (GRB_StreamRead(m_pStreamHandle->GetHandle(), row.nWriteId, nullptr) != GRB_OK) {
     throw unknown_error(std::string("Failed writing Device feature: ") + row.pName + ": " + CGrbError::GetText(),
-                        LVX_HERE);
+                        kSetFunction, __FILE__, __LINE__);
   }
 }
 

@@ -9,7 +9,10 @@
 
 namespace GenICam::Client {
 
-/// What the Interface module keeps of one camera. Never changed after construction; held by shared pointers.
+/// What the Interface module keeps of one camera: what the last update of its list has found.
+///
+/// Made by CInterfaceImpl, and held by shared pointers: by the Interface's list, and by an open Device, which keeps its
+/// own when the list is updated. Never changed after construction, so any thread may read it; takes no lock.
 class CDeviceInfo {
  public:
   CDeviceInfo(uint32_t nAccessStatus, const std::string &strDisplayName, const std::string &strVendor,

@@ -51,10 +51,16 @@ bool IsLocalUrl(const std::string &strUrl) {
   return strHead == kPrefix;
 }
 
-/// A hexadecimal number, as far as the digits go.
+/// A hexadecimal number, as far as the digits go; of more than sixteen the last ones count.
 uint64_t HexNumber(const std::string &strText) {
   uint64_t nNumber = 0;
-  std::from_chars(strText.data(), strText.data() + strText.size(), nNumber, 16);
+  for (const char c : strText) {
+    uint8_t nDigit = 0;
+    if (std::from_chars(&c, &c + 1, nDigit, 16).ptr == &c) {
+      break;
+    }
+    nNumber = nNumber << 4U | nDigit;
+  }
   return nNumber;
 }
 
@@ -107,7 +113,7 @@ void CDevicePortCxp::WriteData(uint64_t iAddress, const void *pBuffer, size_t *p
   RequirePointer(piSize, "Null iSize pointer", LVX_HERE);
   const bool bGuarded = m_dwAccessFlags >= DEVICE_ACCESS_CONTROL && m_dwAccessFlags != kAccessUnguarded;
   if (bGuarded && iAddress == CXP_CONNECTION_CONFIG) {
-    WriteConnectionConfig(pBuffer, *piSize);
+    WriteConnectionConfig(pBuffer, *piSize, LVX_HERE);
     return;
   }
   // Kept: the access flags are only reported, so a Consumer can write to the camera of a read-only Device. The library
@@ -115,7 +121,8 @@ void CDevicePortCxp::WriteData(uint64_t iAddress, const void *pBuffer, size_t *p
   m_pGrbChannelHandle->CameraWrite(const_cast<void *>(pBuffer), *piSize, iAddress, Settings::TimeOut);
 }
 
-void CDevicePortCxp::WriteConnectionConfig(const void *pBuffer, size_t iSize) {
+void CDevicePortCxp::WriteConnectionConfig(const void *pBuffer, size_t iSize, const char *pFunction, const char *pFile,
+                                           uint32_t nLine) {
   if (iSize != kWordSize) {
     // Kept: nothing happens, and nothing is reported.
     return;
@@ -124,7 +131,7 @@ void CDevicePortCxp::WriteConnectionConfig(const void *pBuffer, size_t iSize) {
   if (pParentDevice == nullptr) {
     throw unknown_error("Writing to remote device LinkConfig register (0x" + ToHex(CXP_CONNECTION_CONFIG) +
                             "): failed to retrieve handle to parent Device",
-                        LVX_HERE);
+                        pFunction, pFile, nLine);
   }
   uint32_t nConnectionConfig = 0;
   std::memcpy(&nConnectionConfig, pBuffer, sizeof(nConnectionConfig));
@@ -210,7 +217,7 @@ void CDevicePortCxp::GetPortInfo(PORT_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, 
   AnswerPortInfo({m_pGrbChannelHandle->GetId(), m_pGrbChannelHandle->GetVendor(), m_pGrbChannelHandle->GetModel(),
                   m_pGrbChannelHandle->GetTLType(), "Device", true, m_dwAccessFlags > DEVICE_ACCESS_READONLY, "Device",
                   "Invalid PORT_INFO_CMD 0x%08X."},
-                 iInfoCmd, piType, pBuffer, piSize);
+                 iInfoCmd, piType, pBuffer, piSize, LVX_HERE);
 }
 
 void CDevicePortCxp::Register(EVENT_TYPE iEventID, EVENT_HANDLE *) {

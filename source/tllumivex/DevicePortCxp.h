@@ -46,7 +46,8 @@ class CDevicePortCxp : public ICommonBase {
   uint32_t ReadRegister(uint64_t iAddress);
   void AnswerUrl(INFO_DATATYPE *piType, void *pBuffer, size_t *piSize);
   void NoteLocalUrl(const std::string &strUrl);
-  void WriteConnectionConfig(const void *pBuffer, size_t iSize);
+  void WriteConnectionConfig(const void *pBuffer, size_t iSize, const char *pFunction, const char *pFile,
+                             uint32_t nLine);
   void DumpFile(const std::string &strFileName, const void *pBuffer, size_t iSize) const;
 
   const std::shared_ptr<CGrbChannelHandle> m_pGrbChannelHandle;

@@ -16,7 +16,10 @@ enum ErrorEventCode : int32_t {
   ERROR_EVENT_SYNC_LOST = -10003,
 };
 
-/// One report: a code and a text. Kept by value in the queue.
+/// One report: a code and a text.
+///
+/// Kept by value in its queue, under whose lock it is written and read; its storage serves one report after the other.
+/// Copies and ToBuf may throw, for want of memory or of room.
 class CErrorEventEntry : public virtual ICommonBaseType {
  public:
   static constexpr size_t kMaxEventSize = 2048;
@@ -41,6 +44,10 @@ class CErrorEventEntry : public virtual ICommonBaseType {
 };
 
 /// EVENT_ERROR of a data stream or a Device: a queue of at most 2000 reports.
+///
+/// Owned by its module from its opening to its close. Consumer threads take out, the library's callback thread puts in;
+/// AddEvent waits for nobody and fails for nothing. Locks: those of CEventQueue. Throws what CEventQueue does, and
+/// invalidparameter_error for a block that cannot be decoded.
 class CEventError : public CEventQueue<CErrorEventEntry> {
  public:
   CEventError();

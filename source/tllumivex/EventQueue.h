@@ -37,10 +37,10 @@ class CEventQueue : public IEventObj {
     RequireEnabled(LVX_HERE);
     RequirePointer(piSize, "Null parameter iSize.", LVX_HERE);
     Lock lock(m_QueueLock);
-    if (!m_bKilled && m_iNumQueued == 0 && !WaitOnce(m_QueueCondition, lock, iTimeout)) {
+    if (!IsWaitOver() && m_iNumQueued == 0 && !WaitOnce(m_QueueCondition, lock, iTimeout, m_Waiters)) {
       return false;
     }
-    if (m_bKilled) {
+    if (IsWaitOver()) {
       m_bKilled = false;
       throw abort_error("Wait terminated", LVX_HERE);
     }
@@ -116,8 +116,15 @@ class CEventQueue : public IEventObj {
   /// What is queued stays, for a later enabling.
   virtual void DisableEvent() { m_bEnabled = false; }
 
+  /// For the owner's close: sends home whoever still waits here, and stays until all are out. Nobody waits afterwards.
+  void EndAllWaits() {
+    Lock lock(m_QueueLock);
+    EndWaits(m_QueueCondition, lock, m_Waiters);
+  }
+
  protected:
-  /// Takes a report in that fill writes into its place.
+  /// Takes a report in that fill writes into its place. One for which there is no memory is lost, as in a full queue:
+  /// whoever reports must not fail for it.
   template <class Fill>
   void Append(const Fill &fill) {
     if (!m_bEnabled) {
@@ -128,10 +135,14 @@ class CEventQueue : public IEventObj {
       if (m_iNumQueued >= m_iMaxQueued) {
         return;
       }
-      if (m_iNumQueued == m_Q.size()) {
-        Grow();
+      try {
+        if (m_iNumQueued == m_Q.size()) {
+          Grow();
+        }
+        fill(m_Q[(m_iFront + m_iNumQueued) % m_Q.size()]);
+      } catch (...) {
+        return;
       }
-      fill(m_Q[(m_iFront + m_iNumQueued) % m_Q.size()]);
       ++m_iNumQueued;
       ++m_iNumFired;
     }
@@ -147,6 +158,8 @@ class CEventQueue : public IEventObj {
     }
   }
 
+  bool IsWaitOver() const { return m_bKilled || m_Waiters.bEnding; }
+
   /// The ring is full: a larger one begins with the oldest.
   void Grow() {
     std::vector<Entry> larger(m_Q.empty() ? kFirstSize : 2 * m_Q.size());
@@ -161,6 +174,7 @@ class CEventQueue : public IEventObj {
 
   boost::recursive_mutex m_QueueLock;
   boost::condition_variable_any m_QueueCondition;
+  Waiters m_Waiters;
   // Guarded by m_QueueLock. A ring that only grows, whose entries keep their storage: a report in steady state asks the
   // heap for nothing.
   std::vector<Entry> m_Q;

@@ -10,6 +10,7 @@ namespace GenICam::Client {
 
 /// Tells whether there is a board behind a board value, and what it is called.
 ///
+/// Opens the board through the first channel that lets it, and reads its properties.
 /// Made for a moment by CSystemImpl, on the stack of one thread; a board that is absent or unreadable gives an object
 /// that is not valid. Takes no lock of its own. The constructor throws only when no library handle can be created.
 class CGrbBoardHandle : public CGrbBaseHandle {

@@ -115,6 +115,7 @@ std::string CGrbChannelHandle::ReadText(uint64_t nAddress) {
 bool CGrbChannelHandle::HasOwnTiming() const { return m_bCxpv11 && m_nRevSw >= kRevSwOwnTiming; }
 
 void CGrbChannelHandle::CameraRead(void *pvBuffer, uint64_t nSize, uint64_t nAddress, uint32_t nTimeout) {
+  // Kept: a transfer of no bytes, which a Consumer can ask for, ends the process.
   LVX_ASSERT(pvBuffer != 0);
   LVX_ASSERT(nSize != 0);
   auto *pBuffer = static_cast<uint8_t *>(pvBuffer);
@@ -153,6 +154,7 @@ void CGrbChannelHandle::CameraRead(void *pvBuffer, uint64_t nSize, uint64_t nAdd
 }
 
 void CGrbChannelHandle::CameraWrite(void *pvBuffer, uint64_t nSize, uint64_t nAddress, uint32_t nTimeout) {
+  // Kept: as in the read.
   LVX_ASSERT(pvBuffer != 0);
   LVX_ASSERT(nSize != 0);
   auto nSizeWord = static_cast<uint32_t>(nSize);

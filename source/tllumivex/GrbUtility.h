@@ -7,7 +7,11 @@
 
 namespace GenICam::Client {
 
-/// Conversions between the library's values and what people and CoaXPress see. Pure functions: safe from any thread.
+/// Conversions between the library's values and what people and CoaXPress see: numbers of boards and channels in the
+/// ids, and the link that a camera's ConnectionConfig asks for.
+///
+/// Pure functions over constant tables: no instances, no state, no lock, safe from any thread. A value that is in no
+/// table throws, as each of them says.
 class CGrbUtility {
  public:
   /// Board value to the number in ids, 1 to 7. @throws unknown_error

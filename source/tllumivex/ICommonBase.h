@@ -16,7 +16,10 @@
 
 namespace GenICam::Client {
 
-/// Root of everything that a handle can point at. A virtual base of all: there is one such part per object.
+/// Root of everything that a handle can point at: modules, their ports and event objects.
+///
+/// A virtual base of all: there is one such part per object, and its address is the handle. It has no more than a
+/// virtual destructor, so that a handle can be cast back to any of the object's faces (TypeCast).
 class ICommonBaseType {
  public:
   ICommonBaseType() = default;
@@ -158,6 +161,7 @@ T *CheckedCast(ICommonBaseType *pObject) {
 }
 
 /// Checked down-cast of a handle to T. A null handle and a closed one take the same path as one of another class.
+/// Kept: the text says Device, whatever the kind of handle.
 /// @throws invalidhandle_error
 template <class T>
 T *TypeCast(void *pHandle) {

@@ -65,7 +65,7 @@ void CInterface::InitPort() {
   if (Platform::LocalModuleHandle() == nullptr) {
     throw invalidparameter_error("Invalid Module Handle", LVX_HERE);
   }
-  const std::vector<uint32_t> xml = LoadDescription(kInterfaceDescription);
+  const std::vector<uint32_t> xml = LoadDescription(kInterfaceDescription, LVX_HERE);
   m_nXmlSize = static_cast<uint32_t>(xml.size() * sizeof(uint32_t));
   m_RegisterMap.Resize(kInterfaceDescription.nXmlAddress + m_nXmlSize);
 
@@ -183,20 +183,20 @@ void CInterface::WriteData(uint64_t iAddress, const void *pBuffer, size_t *piSiz
 }
 
 void CInterface::GetURL(char *sURL, size_t *piSize) {
-  GetDescriptionUrl(kInterfaceDescription, m_nXmlSize, sURL, piSize);
+  GetDescriptionUrl(kInterfaceDescription, m_nXmlSize, sURL, piSize, LVX_HERE);
 }
 
 void CInterface::GetNumPortURLs(uint32_t *piNumURLs) { *piNumURLs = 1; }
 
 void CInterface::GetPortURLInfo(uint32_t iURLIndex, URL_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void *pBuffer,
                                 size_t *piSize) {
-  GetDescriptionUrlInfo(kInterfaceDescription, m_nXmlSize, iURLIndex, iInfoCmd, piType, pBuffer, piSize);
+  GetDescriptionUrlInfo(kInterfaceDescription, m_nXmlSize, iURLIndex, iInfoCmd, piType, pBuffer, piSize, LVX_HERE);
 }
 
 void CInterface::GetPortInfo(PORT_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void *pBuffer, size_t *piSize) {
   AnswerPortInfo({m_pInterfaceInfo->GetId(), kVendorName, kModelName, m_pInterfaceInfo->GetTLType(), "TLInterface",
                   false, true, "InterfacePort", "Invalid Port Info Command %d"},
-                 iInfoCmd, piType, pBuffer, piSize);
+                 iInfoCmd, piType, pBuffer, piSize, LVX_HERE);
 }
 
 void CInterface::Register(EVENT_TYPE iEventID, EVENT_HANDLE *) {

@@ -9,7 +9,11 @@
 
 namespace GenICam::Client {
 
-/// Camera discovery for one Interface. Owned by its CInterface; runs on the calling thread, takes no lock.
+/// Camera discovery for one Interface: tries the channels of its board, one after the other.
+///
+/// Owned by its CInterface; keeps nothing between two discoveries, the library's handles included. Runs on the calling
+/// thread, takes no lock of its own; the Interface sees to it that lists are built one at a time. A channel that cannot
+/// be opened is left out, not reported.
 class CInterfaceImpl {
  public:
   explicit CInterfaceImpl(const std::shared_ptr<CInterfaceInfo> &pInterfaceInfo);

@@ -9,7 +9,10 @@
 
 namespace GenICam::Client {
 
-/// What the System module keeps of one board. Never changed after construction; held by shared pointers.
+/// What the System module keeps of one board: what the last update of its list has found.
+///
+/// Made by CSystemImpl, and held by shared pointers: by the System's list, and by an open Interface, which keeps its
+/// own when the list is updated. Never changed after construction, so any thread may read it; takes no lock.
 class CInterfaceInfo {
  public:
   CInterfaceInfo(const std::string &strId, const std::string &strDisplayName, const std::string &strTLType,

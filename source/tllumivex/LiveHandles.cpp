@@ -42,8 +42,7 @@ std::mutex g_Lock;  // Not of Boost: this one can be locked also while the proce
 
 struct Owner {
   ~Owner() {
-    // A process that ends while the library is initialised may have threads in here.
-    if (!IsLibraryInitialised()) {
+    if (!MayBeInUseAtTheEnd()) {
       delete g_pTable.exchange(nullptr);
     }
   }

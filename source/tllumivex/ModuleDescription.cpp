@@ -27,21 +27,22 @@ constexpr UrlNumberRow kUrlNumbers[] = {
 
 }  // namespace
 
-std::vector<uint32_t> LoadDescription(const ModuleDescription &description) {
+std::vector<uint32_t> LoadDescription(const ModuleDescription &description, const char *pFunction, const char *pFile,
+                                      uint32_t nLine) {
   const Platform::ModuleHandle module = Platform::LocalModuleHandle();
   const Platform::Resource *pResource = Platform::FindModuleResource(module, description.nNumber, description.pType);
   if (pResource == nullptr) {
     throw invalidparameter_error(FormatMessageText("Unable to find Resource, Error %d", Platform::LastError()),
-                                 LVX_HERE);
+                                 pFunction, pFile, nLine);
   }
   const Platform::LoadedResource *pLoaded = Platform::LoadModuleResource(module, pResource);
   if (pLoaded == nullptr) {
     throw invalidparameter_error(FormatMessageText("Unable to load Resource, Error %d", Platform::LastError()),
-                                 LVX_HERE);
+                                 pFunction, pFile, nLine);
   }
   const void *pText = Platform::LockModuleResource(pLoaded);
   if (pText == nullptr) {
-    throw invalidparameter_error(description.pLockMessage, LVX_HERE);
+    throw invalidparameter_error(description.pLockMessage, pFunction, pFile, nLine);
   }
   const uint32_t nSize = Platform::SizeOfModuleResource(module, pResource);
   // A size that is a multiple of four grows by a whole word, so that the text always ends in a zero.
@@ -54,16 +55,17 @@ std::string FormatDescriptionUrl(const ModuleDescription &description, uint32_t 
   return FormatMessageText(description.pUrlFormat, description.nXmlAddress, nXmlSize);
 }
 
-void GetDescriptionUrl(const ModuleDescription &description, uint32_t nXmlSize, char *sURL, size_t *piSize) {
+void GetDescriptionUrl(const ModuleDescription &description, uint32_t nXmlSize, char *sURL, size_t *piSize,
+                       const char *pFunction, const char *pFile, uint32_t nLine) {
   const std::string strUrl = FormatDescriptionUrl(description, nXmlSize);
   if (piSize == nullptr) {
-    throw invalidparameter_error("Invalid Buffer Size", LVX_HERE);
+    throw invalidparameter_error("Invalid Buffer Size", pFunction, pFile, nLine);
   }
   const size_t nNeeded = strUrl.size() + 1;
   if (sURL != nullptr) {
     if (*piSize < nNeeded) {
       *piSize = nNeeded;
-      throw invalidparameter_error("Invalid Buffer Size", LVX_HERE);
+      throw invalidparameter_error("Invalid Buffer Size", pFunction, pFile, nLine);
     }
     // Kept: the terminator takes the place of the final separator.
     std::memcpy(sURL, strUrl.c_str(), strUrl.size());
@@ -73,27 +75,28 @@ void GetDescriptionUrl(const ModuleDescription &description, uint32_t nXmlSize, 
 }
 
 void GetDescriptionUrlInfo(const ModuleDescription &description, uint32_t nXmlSize, uint32_t iURLIndex,
-                           URL_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void *pBuffer, size_t *piSize) {
+                           URL_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void *pBuffer, size_t *piSize,
+                           const char *pFunction, const char *pFile, uint32_t nLine) {
   if (iURLIndex != 0) {
-    throw invalidparameter_error(UnknownUrlText(iURLIndex), LVX_HERE);
+    throw invalidparameter_error(UnknownUrlText(iURLIndex), pFunction, pFile, nLine);
   }
   if (iInfoCmd == URL_INFO_URL) {
     char url[512] = {};
     size_t nSize = sizeof(url);
-    GetDescriptionUrl(description, nXmlSize, url, &nSize);
+    GetDescriptionUrl(description, nXmlSize, url, &nSize, pFunction, pFile, nLine);
     SetReturnParam(pBuffer, piSize, piType, url);
     return;
   }
   const auto *pRow = std::find_if(std::begin(kUrlNumbers), std::end(kUrlNumbers),
                                   [iInfoCmd](const UrlNumberRow &row) { return row.iInfoCmd == iInfoCmd; });
   if (pRow == std::end(kUrlNumbers)) {
-    throw invalidparameter_error(FormatMessageText(description.pUnknownCommand, iInfoCmd), LVX_HERE);
+    throw invalidparameter_error(FormatMessageText(description.pUnknownCommand, iInfoCmd), pFunction, pFile, nLine);
   }
   SetReturnParam(pBuffer, piSize, piType, pRow->iAnswer);
 }
 
 void AnswerPortInfo(const PortAnswers &answers, PORT_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void *pBuffer,
-                    size_t *piSize) {
+                    size_t *piSize, const char *pFunction, const char *pFile, uint32_t nLine) {
   switch (iInfoCmd) {
     case PORT_INFO_ID:
       return SetReturnParam(pBuffer, piSize, piType, answers.strId);
@@ -121,7 +124,7 @@ void AnswerPortInfo(const PortAnswers &answers, PORT_INFO_CMD iInfoCmd, INFO_DAT
     case PORT_INFO_PORTNAME:
       return SetReturnParam(pBuffer, piSize, piType, answers.pPortName);
     default:
-      throw invalidparameter_error(FormatMessageText(answers.pUnknownCommand, iInfoCmd), LVX_HERE);
+      throw invalidparameter_error(FormatMessageText(answers.pUnknownCommand, iInfoCmd), pFunction, pFile, nLine);
   }
 }
 

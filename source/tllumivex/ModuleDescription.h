@@ -57,20 +57,25 @@ constexpr ModuleDescription kDataStreamDescription = {
     "Invalid URL_INFO_CMD Command %08X",
 };
 
+// The module hands its own LVX_HERE on: a failure names the module's operation.
+
 /// The description's text, followed by at least one zero byte, in whole words.
 /// @throws invalidparameter_error if the resource cannot be found, loaded or locked
-std::vector<uint32_t> LoadDescription(const ModuleDescription &description);
+std::vector<uint32_t> LoadDescription(const ModuleDescription &description, const char *pFunction, const char *pFile,
+                                      uint32_t nLine);
 
 /// The description's URL, with the final separator.
 std::string FormatDescriptionUrl(const ModuleDescription &description, uint32_t nXmlSize);
 
 /// Delivers the URL without its final separator; the size counts it all the same.
 /// @throws invalidparameter_error "Invalid Buffer Size", with the size needed in *piSize
-void GetDescriptionUrl(const ModuleDescription &description, uint32_t nXmlSize, char *sURL, size_t *piSize);
+void GetDescriptionUrl(const ModuleDescription &description, uint32_t nXmlSize, char *sURL, size_t *piSize,
+                       const char *pFunction, const char *pFile, uint32_t nLine);
 
 /// Answers a URL_INFO_CMD of a module with one URL. @throws invalidparameter_error
 void GetDescriptionUrlInfo(const ModuleDescription &description, uint32_t nXmlSize, uint32_t iURLIndex,
-                           URL_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void *pBuffer, size_t *piSize);
+                           URL_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void *pBuffer, size_t *piSize,
+                           const char *pFunction, const char *pFile, uint32_t nLine);
 
 /// What a port answers to the PORT_INFO_CMD queries that differ from port to port.
 struct PortAnswers {
@@ -91,6 +96,6 @@ constexpr const char *kModelName = "Lumivex Transport Layer";
 
 /// Answers a PORT_INFO_CMD. @throws invalidparameter_error
 void AnswerPortInfo(const PortAnswers &answers, PORT_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void *pBuffer,
-                    size_t *piSize);
+                    size_t *piSize, const char *pFunction, const char *pFile, uint32_t nLine);
 
 }  // namespace GenICam::Client

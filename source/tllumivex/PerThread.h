@@ -36,7 +36,7 @@ class CPerThread {
     while (s_nInside != 0) {
       Lumivex::Platform::SleepMilliseconds(1);
     }
-    if (IsLibraryInitialised() && pState->CountObjects() > nOwn) {
+    if (MayBeInUseAtTheEnd() && pState->CountObjects() > nOwn) {
       s_pState = pState;
       return;
     }

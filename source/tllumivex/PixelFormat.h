@@ -15,6 +15,7 @@ enum class PixelDepth : uint32_t {};
 
 /// Translates pixel formats among PFNC values, CoaXPress codes and the library's constants, and tells their sizes.
 ///
+/// Several PFNC values may share a library constant, so a way there and back need not end where it began.
 /// All over one constant table of 41 rows; the first row that matches decides. No instances, no state: safe from any
 /// thread. All operations throw unknown_error if no row matches.
 class CPixelFormat {

@@ -119,6 +119,15 @@ class CThreadSlot {
   std::atomic<bool> m_bClosed{false};
 };
 
+/// @name The end of the process
+/// The library's own objects end when it is unloaded, and nobody is in here then; or when the process ends, and its
+/// other threads may still be.
+/// @{
+/// From now on the end of the process is told from an unload.
+void WatchForProcessEnd() noexcept;
+bool IsProcessEnding() noexcept;
+/// @}
+
 /// Identity of the calling thread.
 uint32_t CurrentThreadId() noexcept;
 

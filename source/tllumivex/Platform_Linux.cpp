@@ -1,17 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <cxxabi.h>
 #include <dlfcn.h>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <memory>
 #include <pthread.h>
+#include <semaphore.h>
+#include <sys/mman.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -570,6 +574,38 @@ void CThreadSlot::Close() noexcept {
   if (!m_bClosed.exchange(true)) {
     pthread_key_delete(m_nKey);
   }
+}
+
+namespace {
+
+/// Posted when the process ends. It outlives the library, so it has a page of its own; one for each load of it.
+std::atomic<sem_t *> g_pProcessEnd{nullptr};
+
+}  // namespace
+
+void WatchForProcessEnd() noexcept {
+  if (g_pProcessEnd != nullptr) {
+    return;
+  }
+  void *pPage = mmap(nullptr, sizeof(sem_t), PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (pPage == MAP_FAILED) {
+    return;
+  }
+  auto *pProcessEnd = static_cast<sem_t *>(pPage);
+  // A function under a handle that no library has is called at the end of the process only (Itanium C++ ABI, 3.3.6),
+  // ahead of the destructors of all that was made before. It must not be one of ours: we may be gone by then.
+  const auto pPost = reinterpret_cast<void (*)(void *)>(reinterpret_cast<void (*)()>(&sem_post));
+  if (sem_init(pProcessEnd, 0, 0) != 0 || abi::__cxa_atexit(pPost, pProcessEnd, pProcessEnd) != 0) {
+    munmap(pPage, sizeof(sem_t));
+    return;
+  }
+  g_pProcessEnd = pProcessEnd;
+}
+
+bool IsProcessEnding() noexcept {
+  sem_t *pProcessEnd = g_pProcessEnd;
+  int nPosted = 0;
+  return pProcessEnd != nullptr && sem_getvalue(pProcessEnd, &nPosted) == 0 && nPosted > 0;
 }
 
 uint32_t CurrentThreadId() noexcept { return static_cast<uint32_t>(gettid()); }

@@ -4,6 +4,7 @@
 #include <exception>
 #include <limits>
 #include <string>
+#include <utility>
 
 #include <boost/thread/lock_guard.hpp>
 #include <boost/thread/locks.hpp>
@@ -28,6 +29,10 @@ namespace GenICam::Client {
 namespace Platform = Lumivex::Platform;
 
 namespace {
+
+// A failure names the operation that it ends, not the step of it.
+constexpr const char *kAcquire = "GenICam::Client::CStreamImpl::Acquire";
+constexpr const char *kCallback = "GenICam::Client::CStreamImpl::GRB_CallbackEvent";
 
 constexpr uint32_t kLineAlignment = 16;
 constexpr uint64_t kFinalCallbackTimeout = 200;
@@ -103,11 +108,12 @@ uint32_t CStreamImpl::ReadCamera(uint32_t nAddress) const {
 void CStreamImpl::Acquire(uint32_t, uint64_t iNumToAcquire, const CBufferList &BufferList,
                           const std::weak_ptr<CDataStream> &pParentStream, bool bBufferSetChanged) {
   try {
-    m_pParentStream.reset();
-    m_pParentStream = pParentStream.lock();
-    if (m_pParentStream == nullptr) {
+    HoldParent(nullptr);
+    std::shared_ptr<CDataStream> pParent = pParentStream.lock();
+    if (pParent == nullptr) {
       throw unknown_error("Unable to lock pointer to parent Stream", LVX_HERE);
     }
+    HoldParent(std::move(pParent));
     CollectQueuedBuffers(BufferList);
     m_iFramesToAcquire = iNumToAcquire;
     m_iFramesCounted = 0;
@@ -117,6 +123,13 @@ void CStreamImpl::Acquire(uint32_t, uint64_t iNumToAcquire, const CBufferList &B
     BackToIdle();
     throw;
   }
+}
+
+std::shared_ptr<CDataStream> CStreamImpl::HoldParent(std::shared_ptr<CDataStream> pParentStream) {
+  const boost::lock_guard<boost::mutex> guard(m_StopMutex);
+  m_pDeliverTo = pParentStream.get();
+  m_pParentStream.swap(pParentStream);
+  return pParentStream;
 }
 
 void CStreamImpl::CollectQueuedBuffers(const CBufferList &BufferList) {
@@ -133,10 +146,10 @@ void CStreamImpl::CollectQueuedBuffers(const CBufferList &BufferList) {
                                " acquisition buffers queued. This is more than the maximum allowed by the GRB library "
                                "(" +
                                std::to_string(kMaxBuffers) + ")",
-                           LVX_HERE);
+                           kAcquire, __FILE__, __LINE__);
   }
   if (nCount == 0) {
-    throw outofrange_error("No acquisition buffers queued.", LVX_HERE);
+    throw outofrange_error("No acquisition buffers queued.", kAcquire, __FILE__, __LINE__);
   }
   m_iNumBuffers = static_cast<uint32_t>(nCount);
   m_AcquisitionBuffers.emplace_back(nullptr, nullptr);
@@ -168,6 +181,7 @@ void CStreamImpl::ProgramLibrary(bool bBufferSetChanged) {
 }
 
 void CStreamImpl::StartStream() {
+  // Kept: an empty image, which the features allow, ends the process.
   m_dwImageWidth = ReadRegister(REG_WIDTH);
   LVX_ASSERT(m_dwImageWidth != 0);
   m_dwImageHeight = ReadRegister(REG_HEIGHT);
@@ -180,7 +194,7 @@ void CStreamImpl::StartStream() {
   m_bStartUnderWay = true;
   if (GRB_StreamRead(m_pGrbStreamHandle->GetHandle(), GRB_STREAM_START,
                      reinterpret_cast<void *>(&CStreamImpl::GRB_CallbackEvent)) != GRB_OK) {
-    throw unknown_error(": " + CGrbError::GetText(), LVX_HERE);
+    throw unknown_error(": " + CGrbError::GetText(), kAcquire, __FILE__, __LINE__);
   }
 }
 
@@ -192,7 +206,7 @@ void CStreamImpl::BackToIdle() {
   m_dwImageHeight = 0;
   m_dwImageWidth = 0;
   std::vector<std::pair<void *, CBufferInfo *>>().swap(m_AcquisitionBuffers);
-  m_pParentStream.reset();
+  HoldParent(nullptr);
   m_iNumBuffers = 0;
   m_iFramesToAcquire = 0;
   m_iFramesCounted = 0;
@@ -266,8 +280,9 @@ void CStreamImpl::GRB_CallbackEvent(GRB_HANDLE, uint32_t nEvents, void *pvParams
 
 void CStreamImpl::ReportFailure(const char *pText) noexcept {
   try {
-    if (m_pParentStream != nullptr) {
-      m_pParentStream->PostErrorEvent(ERROR_EVENT_GENERAL, pText);
+    CDataStream *const pParentStream = m_pDeliverTo;
+    if (pParentStream != nullptr) {
+      pParentStream->PostErrorEvent(ERROR_EVENT_GENERAL, pText);
     }
   } catch (...) {
     // The report itself failed, and the library must not see it.
@@ -275,7 +290,7 @@ void CStreamImpl::ReportFailure(const char *pText) noexcept {
 }
 
 void CStreamImpl::OnEvents(uint32_t nEvents) {
-  CDataStream *pParentStream = m_pParentStream.get();
+  CDataStream *const pParentStream = m_pDeliverTo;
   if (pParentStream == nullptr) {
     // A stop ran out of time while this callback was held up: there is nobody left to deliver to.
     return;
@@ -310,7 +325,8 @@ void CStreamImpl::OnBufferReady(CStreamImpl *pThis, CDataStream *pParentStream) 
   LVX_ASSERT(pBufferInfo != 0);
   if (pThis->m_dwBlockingMode == GRB_ACQ_BLOCKING_ON && !pBufferInfo->IsQueued()) {
     // Kept: the count has gone up and the index has not; the run stays out of step with the library.
-    throw invalidparameter_error("The buffer delivered by the acquisition engine was not queued.", LVX_HERE);
+    throw invalidparameter_error("The buffer delivered by the acquisition engine was not queued.", kCallback, __FILE__,
+                                 __LINE__);
   }
   pBufferInfo->StampFilled({pThis->m_dwImageWidth, pThis->m_dwImageHeight, pThis->m_dwPixelFormat, pThis->m_iXPadding,
                             pThis->m_iPayloadSize});
@@ -323,7 +339,7 @@ void CStreamImpl::OnBufferReady(CStreamImpl *pThis, CDataStream *pParentStream) 
   }
   // No Consumer will ever return a buffer that did not get onto the list.
   if (!bDelivered && pThis->Stream(GRB_STREAM_RELEASE) != GRB_OK) {
-    throw unknown_error(": " + CGrbError::GetText(), LVX_HERE);
+    throw unknown_error(": " + CGrbError::GetText(), kCallback, __FILE__, __LINE__);
   }
 }
 
@@ -371,8 +387,6 @@ void CStreamImpl::Freeze(bool) {
   if (GRB_ParameterSet(m_pGrbStreamHandle->GetHandle(), GRB_EVENT_MASK_NOW, &nOne) != GRB_OK) {
     fail(CGrbError::GetText());
   }
-  // The stream lives to the end of this function, also if this was the last to hold it.
-  std::shared_ptr<CDataStream> pParentStream;
   {
     boost::unique_lock<boost::mutex> lock(m_StopMutex);
     while (!m_bFinalCallback) {
@@ -381,8 +395,9 @@ void CStreamImpl::Freeze(bool) {
         break;
       }
     }
-    pParentStream.swap(m_pParentStream);
   }
+  // The stream lives to the end of this function, also if this was the last to hold it.
+  const std::shared_ptr<CDataStream> pParentStream = HoldParent(nullptr);
   m_iFramesToAcquire = 0;
   if (!bSuccess) {
     Stream(GRB_STREAM_ABORT);

@@ -78,6 +78,8 @@ class CStreamImpl {
   void OnFinalCallback();
   void ReportFailure(const char *pText) noexcept;
 
+  /// Gives back the stream held before: the caller lets go of it, with no lock held.
+  std::shared_ptr<CDataStream> HoldParent(std::shared_ptr<CDataStream> pParentStream);
   void CollectQueuedBuffers(const CBufferList &BufferList);
   void ProgramLibrary(bool bBufferSetChanged);
   void StartStream();
@@ -93,8 +95,10 @@ class CStreamImpl {
   std::shared_ptr<CGrbStreamHandle> m_pGrbStreamHandle;
   std::shared_ptr<CGrbChannelHandle> m_pGrbChannelHandle;
 
-  // Set ahead of the stream's start, emptied behind the final callback.
+  // Set ahead of the stream's start, emptied behind the final callback. Guarded by m_StopMutex.
   std::shared_ptr<CDataStream> m_pParentStream;
+  // The same stream for the callback, which takes no lock: null when there is nobody left to deliver to.
+  std::atomic<CDataStream *> m_pDeliverTo{nullptr};
 
   // Atomic: the callback looks at it without a lock, and the handshake covers a late look.
   std::atomic<bool> m_bAcquisitionRunning;

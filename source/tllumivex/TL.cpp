@@ -59,7 +59,7 @@ CTL::~CTL() {
 }
 
 void CTL::InitPort() {
-  const std::vector<uint32_t> xml = LoadDescription(kSystemDescription);
+  const std::vector<uint32_t> xml = LoadDescription(kSystemDescription, LVX_HERE);
   m_nXmlSize = static_cast<uint32_t>(xml.size() * sizeof(uint32_t));
   m_RegisterMap.Resize(kSystemDescription.nXmlAddress + m_nXmlSize);
 
@@ -188,18 +188,20 @@ void CTL::WriteData(uint64_t iAddress, const void *pBuffer, size_t *piSize) {
   m_RegisterMap.Write(iAddress, static_cast<const uint32_t *>(pBuffer), *piSize);
 }
 
-void CTL::GetURL(char *sURL, size_t *piSize) { GetDescriptionUrl(kSystemDescription, m_nXmlSize, sURL, piSize); }
+void CTL::GetURL(char *sURL, size_t *piSize) {
+  GetDescriptionUrl(kSystemDescription, m_nXmlSize, sURL, piSize, LVX_HERE);
+}
 
 void CTL::GetNumPortURLs(uint32_t *piNumURLs) { *piNumURLs = 1; }
 
 void CTL::GetPortURLInfo(uint32_t iURLIndex, URL_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void *pBuffer,
                          size_t *piSize) {
-  GetDescriptionUrlInfo(kSystemDescription, m_nXmlSize, iURLIndex, iInfoCmd, piType, pBuffer, piSize);
+  GetDescriptionUrlInfo(kSystemDescription, m_nXmlSize, iURLIndex, iInfoCmd, piType, pBuffer, piSize, LVX_HERE);
 }
 
 void CTL::GetPortInfo(PORT_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void *pBuffer, size_t *piSize) {
   AnswerPortInfo({"0", kVendorName, kModelName, "CXP", "TLSystem", false, true, "TLPort", "Invalid parameter"},
-                 iInfoCmd, piType, pBuffer, piSize);
+                 iInfoCmd, piType, pBuffer, piSize, LVX_HERE);
 }
 
 void CTL::Register(EVENT_TYPE iEventID, EVENT_HANDLE *) {

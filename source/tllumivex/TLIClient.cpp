@@ -68,12 +68,17 @@ constexpr CatchRow kCatchSequence[] = {
     {Is<invalidaddress_error>, GC_ERR_INVALID_ADDRESS},
 };
 
-GC_ERROR Record(GC_ERROR iErrorCode, const char *pText) {
-  GetTLIError().SetErrTxt(iErrorCode, pText);
+/// A call that did its work has done so also where its words cannot be kept: for want of memory, or behind the end of
+/// this library's own objects, while the process ends.
+GC_ERROR Record(GC_ERROR iErrorCode, const char *pText) noexcept {
+  try {
+    GetTLIError().SetErrTxt(iErrorCode, pText);
+  } catch (...) {
+  }
   return iErrorCode;
 }
 
-GC_ERROR RecordUnknown() { return Record(GC_ERR_ERROR, "GenTL Producer: unknown exception"); }
+GC_ERROR RecordUnknown() noexcept { return Record(GC_ERR_ERROR, "GenTL Producer: unknown exception"); }
 
 /// The handle that an opening function gives out, or null.
 template <class Module>
@@ -98,7 +103,9 @@ GC_ERROR StackedCall(StackedAccess access, PORT_HANDLE hPort, PORT_REGISTER_STAC
       } else {
         port.WriteData(pEntries[i].Address, pEntries[i].pBuffer, &iSize);
       }
-      pEntries[i].Size = iSize;
+      if (iSize != pEntries[i].Size) {
+        pEntries[i].Size = iSize;
+      }
       ++nDone;
     }
   });
@@ -111,6 +118,8 @@ GC_ERROR StackedCall(StackedAccess access, PORT_HANDLE hPort, PORT_REGISTER_STAC
 }  // namespace
 
 bool IsLibraryInitialised() noexcept { return g_nInitialisedCount != 0; }
+
+bool MayBeInUseAtTheEnd() noexcept { return IsLibraryInitialised() && Lumivex::Platform::IsProcessEnding(); }
 
 void ThrowIfLibraryNotInitialised() {
   if (!IsLibraryInitialised()) {
@@ -126,30 +135,21 @@ void ThrowIfTLNotOpened() {
 
 GC_ERROR RecordCurrentException() noexcept {
   try {
-    try {
-      throw;
-    } catch (const Lumivex::CLVXException &error) {
-      for (const CatchRow &row : kCatchSequence) {
-        if (row.pIs(error)) {
-          return Record(row.iErrorCode, error.what());
-        }
+    throw;
+  } catch (const Lumivex::CLVXException &error) {
+    for (const CatchRow &row : kCatchSequence) {
+      if (row.pIs(error)) {
+        return Record(row.iErrorCode, error.what());
       }
-      return RecordUnknown();
-    } catch (...) {
-      return RecordUnknown();
     }
+    return RecordUnknown();
   } catch (...) {
-    // No memory for the text: the code has to do.
-    return GC_ERR_ERROR;
+    return RecordUnknown();
   }
 }
 
 GC_ERROR RecordSuccess() noexcept {
-  try {
-    return Record(GC_ERR_SUCCESS, "No error, last function reset the last error to GC_ERR_SUCCESS.");
-  } catch (...) {
-    return GC_ERR_ERROR;
-  }
+  return Record(GC_ERR_SUCCESS, "No error, last function reset the last error to GC_ERR_SUCCESS.");
 }
 
 // Library
@@ -159,6 +159,7 @@ GC_API GCInitLib(void) {
     if (g_nInitialisedCount != 0) {
       throw resourceinuse_error("GenTL producer already initialised. Call GCCloseLib() first.", LVX_HERE);
     }
+    Lumivex::Platform::WatchForProcessEnd();
     ++g_nInitialisedCount;
     Settings::ReadSettings();
   });

@@ -13,6 +13,9 @@ namespace GenICam::Client {
 /// Whether GCInitLib has been called, and GCCloseLib not.
 bool IsLibraryInitialised() noexcept;
 
+/// Whether threads may be in the exports while the library's own objects end: not when it is unloaded or was closed.
+bool MayBeInUseAtTheEnd() noexcept;
+
 /// @throws notinitialized_error
 void ThrowIfLibraryNotInitialised();
 

@@ -10,7 +10,8 @@ namespace GenICam::Client {
 
 /// The last-error record of one thread: what GCGetLastError tells it.
 ///
-/// Owned by a process-wide CPerThread: made at the thread's first call, deleted when the thread ends.
+/// Owned by a process-wide CPerThread: made at the thread's first call, deleted when the thread ends. Each export
+/// replaces it, on success too, but for a GCGetLastError that succeeds.
 /// Only its own thread touches it; takes no lock. Independent of GCInitLib and GCCloseLib.
 class CTLIError {
  public:

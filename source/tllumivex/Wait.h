@@ -2,10 +2,10 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 
 #include <boost/date_time/posix_time/posix_time_types.hpp>
-#include <boost/thread/thread_time.hpp>
 
 #include "GenTL.h"
 
@@ -21,7 +21,38 @@ bool WaitOnce(Condition &condition, Lock &lock, uint64_t iTimeout) {
   // A hundred years: longer ones leave the calendar.
   constexpr uint64_t kLongest = 100ULL * 365 * 24 * 3600 * 1000;
   const auto iMilliseconds = static_cast<int64_t>(std::min(iTimeout, kLongest));
-  return condition.timed_wait(lock, boost::get_system_time() + boost::posix_time::milliseconds(iMilliseconds));
+  // Not up to a time of day: that form looks at the clock behind the wait, and takes a thread that was woken in time
+  // but runs late for one that was never woken.
+  return condition.timed_wait(lock, boost::posix_time::milliseconds(iMilliseconds));
+}
+
+/// The threads inside the waits of one object, counted, so that the object can end behind them. Guarded by the lock of
+/// the wait, which each of them holds from its wake-up to its last look at the object.
+struct Waiters {
+  size_t nInside = 0;
+  bool bEnding = false;
+};
+
+/// The same, counted.
+template <class Condition, class Lock>
+bool WaitOnce(Condition &condition, Lock &lock, uint64_t iTimeout, Waiters &waiters) {
+  ++waiters.nInside;
+  const bool bWoken = WaitOnce(condition, lock, iTimeout);
+  --waiters.nInside;
+  if (waiters.bEnding) {
+    condition.notify_all();
+  }
+  return bWoken;
+}
+
+/// Wakes all waiters and stays until they are out.
+template <class Condition, class Lock>
+void EndWaits(Condition &condition, Lock &lock, Waiters &waiters) {
+  waiters.bEnding = true;
+  condition.notify_all();
+  while (waiters.nInside != 0) {
+    condition.wait(lock);
+  }
 }
 
 }  // namespace GenICam::Client

@@ -5,8 +5,10 @@
 
 namespace GenICam::Client {
 
-/// Conversions between GenICam feature values and library parameter values. Pure functions: safe from any thread.
-/// All throw unknown_error on a value that they do not know.
+/// Conversions between GenICam feature values and library parameter values: scan types and decimations.
+///
+/// Pure functions: no instances, no state, no lock, safe from any thread. All throw unknown_error on a value that they
+/// do not know, with the value in the text.
 class CGRBHelper {
  public:
   static uint32_t ConvertInt2GrbDecimation(uint32_t nDecimation);

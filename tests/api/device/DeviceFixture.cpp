@@ -52,6 +52,19 @@ std::string FailedRead(std::string_view name, std::string_view function) {
   return "Failed reading Device feature: " + std::string(name) + ": " + LibraryText(function);
 }
 
+testing::AssertionResult ComesFrom(const char *function, const char *file) {
+  const ErrorRecord error = LastError();
+  const std::optional<FailureText> text = SplitFailureText(error.text);
+  if (!text.has_value()) {
+    return testing::AssertionFailure() << "no function and file in \"" << error.text << "\"";
+  }
+  if (text->function != function || text->file != file) {
+    return testing::AssertionFailure() << "the text names " << text->function << " in " << text->file << ", wanted "
+                                       << function << " in " << file;
+  }
+  return testing::AssertionSuccess();
+}
+
 std::string HandleName(GRB_HANDLE handle) { return "h" + std::to_string(handle); }
 
 Lines operator+(Lines left, const Lines &right) {

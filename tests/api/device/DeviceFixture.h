@@ -50,6 +50,19 @@ std::string UnknownToSet(uint64_t address);
 std::string FailedWrite(std::string_view name, std::string_view function = "GRB_ParameterSet");
 std::string FailedRead(std::string_view name, std::string_view function = "GRB_ParameterGet");
 
+/// Where the failures of features come from, whatever small function finds them.
+constexpr const char *kFeatureWrite = "GenICam::Client::CDeviceImpl::SetVirtualRegister";
+constexpr const char *kFeatureRead = "GenICam::Client::CDeviceImpl::GetVirtualRegister";
+constexpr const char *kFeatureFile = "DeviceImpl.cpp";
+/// Whether the calling thread's failure names this function, without parentheses, and this file.
+testing::AssertionResult ComesFrom(const char *function, const char *file);
+
+/// The address of no object that a test asks for: what a failing call must leave in an out variable.
+inline void *Marker() {
+  static int marker = 0;
+  return &marker;
+}
+
 /// The calls that set the open parameters and open: of a handle that has been created.
 Lines OpenCalls(GRB_HANDLE handle, uint32_t mode, uint32_t channel = kChannel, uint32_t board = kBoard);
 /// GRB_Create and the above.

@@ -19,10 +19,11 @@ class RefusedFlags : public DeviceTest, public testing::WithParamInterface<DEVIC
 TEST_P(RefusedFlags, FailAtTheEntryWithoutACallOfTheLibrary) {
   OpenInterface();
   const size_t mark = Script().Mark();
+  DEV_HANDLE device = Marker();
   EXPECT_GC_FROM(GC_ERR_INVALID_PARAMETER, "Invalid DEVICE_ACCESS_FLAGS.", "GenICam::Client::IFOpenDevice",
-                 Gc().IFOpenDevice(m_hInterface, "Channel #1", GetParam(), &m_hDevice));
+                 Gc().IFOpenDevice(m_hInterface, "Channel #1", GetParam(), &device));
   EXPECT_EQ(Script().Trace(mark), Lines());
-  m_hDevice = nullptr;
+  EXPECT_EQ(device, Marker());
 }
 
 INSTANTIATE_TEST_SUITE_P(Flags, RefusedFlags, testing::Values(INT_MIN, -1, 0, 1, 5, 6, 999));
@@ -68,9 +69,10 @@ TEST_P(AccessMode, DecidesOnTheStream) {
     size_t size = 64;
     char name[64];
     EXPECT_GC(GC_ERR_NOT_IMPLEMENTED, kNoStreams, Gc().DevGetDataStreamID(m_hDevice, 0, name, &size));
-    DS_HANDLE stream = nullptr;
+    DS_HANDLE stream = Marker();
     EXPECT_GC(GC_ERR_NOT_IMPLEMENTED, kNoStreams, Gc().DevOpenDataStream(m_hDevice, "Stream #1", &stream));
     EXPECT_GC(GC_ERR_NOT_IMPLEMENTED, kNoStreams, Gc().DevOpenDataStream(m_hDevice, "nonsense", &stream));
+    EXPECT_EQ(stream, Marker());
   }
 }
 
@@ -112,11 +114,12 @@ TEST_F(DeviceOpen, ChecksItsArgumentsInTheirOrder) {
 // With the list empty, so that the flags are seen to be looked at ahead of the name.
 TEST_F(DeviceOpen, UnknownNameFailsBehindTheFlags) {
   OpenInterface();
-  DEV_HANDLE device = nullptr;
+  DEV_HANDLE device = Marker();
   EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Invalid DEVICE_ACCESS_FLAGS.",
             Gc().IFOpenDevice(m_hInterface, "Channel #9", 1, &device));
   EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Invalid Child's name: Channel #9",
             Gc().IFOpenDevice(m_hInterface, "Channel #9", DEVICE_ACCESS_CONTROL, &device));
+  EXPECT_EQ(device, Marker());
 }
 
 TEST_F(DeviceOpen, FillsTheListWhenNoUpdateHasRun) {
@@ -140,12 +143,13 @@ TEST_F(DeviceOpen, DoesNotSearchASecondTime) {
 TEST_F(DeviceOpen, TwiceIsRefusedAndTouchesNothing) {
   OpenDevice(DEVICE_ACCESS_CONTROL);
   const size_t mark = Script().Mark();
-  DEV_HANDLE second = nullptr;
+  DEV_HANDLE second = Marker();
   for (const DEVICE_ACCESS_FLAGS flags : {DEVICE_ACCESS_READONLY, DEVICE_ACCESS_CONTROL, DEVICE_ACCESS_EXCLUSIVE}) {
     EXPECT_GC(GC_ERR_RESOURCE_IN_USE, "Device (Channel #1) is already open.",
               Gc().IFOpenDevice(m_hInterface, "Channel #1", flags, &second));
   }
   EXPECT_EQ(Script().Trace(mark), Lines());
+  EXPECT_EQ(second, Marker());
   EXPECT_EQ(ReadU32(m_hDevice, 0x3E8), 1U);
 }
 
@@ -246,10 +250,17 @@ TEST_F(DeviceCalls, CloseWithARemotePortAndAnOpenStreamReleasesAll) {
 
 // Failures ------------------------------------------------------------------------------------------------------------
 
+constexpr const char *kConstructor = "GenICam::Client::CDevice::CDevice";
+
 class OpenFailure : public DeviceTest, public testing::WithParamInterface<AccessRow> {
  protected:
+  GC_ERROR Open() {
+    m_hDevice = Marker();
+    return Gc().IFOpenDevice(m_hInterface, "Channel #1", GetParam().flags, &m_hDevice);
+  }
   // Whatever failed: nothing is left behind, and the next open succeeds.
   void ExpectUnharmed() {
+    EXPECT_EQ(m_hDevice, Marker());
     EXPECT_EQ(Script().CreatedHandles(), 0U);
     EXPECT_EQ(Script().OpenHandles(), 0U);
     Script().CancelAll();
@@ -278,8 +289,8 @@ TEST_P(OpenFailure, OfTheChannelHandle) {
   for (const auto &row : kCases) {
     SCOPED_TRACE(row.what);
     Script().On(row.match, Bang());
-    EXPECT_GC(GC_ERR_ERROR, "Attempting to use a Device but GRB Channel handle not valid.",
-              Gc().IFOpenDevice(m_hInterface, "Channel #1", GetParam().flags, &m_hDevice));
+    EXPECT_GC(GC_ERR_ERROR, "Attempting to use a Device but GRB Channel handle not valid.", Open());
+    EXPECT_TRUE(ComesFrom(kConstructor, "Device.cpp"));
     ExpectUnharmed();
   }
 }
@@ -288,7 +299,7 @@ TEST_P(OpenFailure, OfTheChannelHandleStopsAtTheFirstFailingCall) {
   Discover();
   Script().On(Match(Op::ParameterSet, GRB_OPEN_CHANNEL), Bang());
   const size_t mark = Script().Mark();
-  EXPECT_GC_CODE(GC_ERR_ERROR, Gc().IFOpenDevice(m_hInterface, "Channel #1", GetParam().flags, &m_hDevice));
+  EXPECT_GC_CODE(GC_ERR_ERROR, Open());
   m_hDevice = nullptr;
   ASSERT_EQ(Created(mark).size(), 1U);
   const GRB_HANDLE handle = Created(mark)[0];
@@ -302,24 +313,24 @@ TEST_P(OpenFailure, OfTheChannelHandleStopsAtTheFirstFailingCall) {
 TEST_P(OpenFailure, OfACameraThatHasGone) {
   Discover();
   Script().RemoveCamera(kBoard, kChannel);
-  EXPECT_GC(GC_ERR_ERROR, "Attempting to use a Device but GRB Channel handle not valid.",
-            Gc().IFOpenDevice(m_hInterface, "Channel #1", GetParam().flags, &m_hDevice));
+  EXPECT_GC(GC_ERR_ERROR, "Attempting to use a Device but GRB Channel handle not valid.", Open());
+  EXPECT_TRUE(ComesFrom(kConstructor, "Device.cpp"));
   ExpectUnharmed();
 }
 
 TEST_P(OpenFailure, OfTheStreamHandle) {
   Discover();
-  const auto open = [this] { return Gc().IFOpenDevice(m_hInterface, "Channel #1", GetParam().flags, &m_hDevice); };
   Script().SetHeldElsewhere(kBoard, kChannel, true);
   if (!GetParam().hasStream) {
-    EXPECT_GC_OK(open());
+    EXPECT_GC_OK(Open());
     CloseDevice();
     return;
   }
   EXPECT_GC(GC_ERR_ERROR,
             "Opening Device in DEVICE_ACCESS_CONTROL or DEVICE_ACCESS_EXCLUSIVE access mode but GRB Stream handle not "
             "valid.",
-            open());
+            Open());
+  EXPECT_TRUE(ComesFrom(kConstructor, "Device.cpp"));
   ExpectUnharmed();
 }
 
@@ -330,26 +341,56 @@ TEST_P(OpenFailure, OfTheCreationOfAHandle) {
   for (uint32_t nth = 1; nth <= handles; ++nth) {
     SCOPED_TRACE(nth);
     Script().On(Match(Op::Create), Bang(), When::Nth(nth));
-    EXPECT_GC(GC_ERR_ERROR, LibraryText("GRB_Create"),
-              Gc().IFOpenDevice(m_hInterface, "Channel #1", GetParam().flags, &m_hDevice));
+    EXPECT_GC(GC_ERR_ERROR, LibraryText("GRB_Create"), Open());
     ExpectUnharmed();
   }
 }
 
 INSTANTIATE_TEST_SUITE_P(Flags, OpenFailure, testing::ValuesIn(kAccess));
 
+// What was open is closed in the order of a close: the stream's handle, then the channel's.
 TEST_F(DeviceCalls, TrialOfAHeldStreamHandleIsClosedAgain) {
   Discover();
   Script().SetHeldElsewhere(kBoard, kChannel, true);
   const size_t mark = Script().Mark();
-  EXPECT_GC_CODE(GC_ERR_ERROR, Gc().IFOpenDevice(m_hInterface, "Channel #1", DEVICE_ACCESS_CONTROL, &m_hDevice));
-  m_hDevice = nullptr;
+  DEV_HANDLE device = nullptr;
+  EXPECT_GC_CODE(GC_ERR_ERROR, Gc().IFOpenDevice(m_hInterface, "Channel #1", DEVICE_ACCESS_CONTROL, &device));
   const std::vector<GRB_HANDLE> handles = Created(mark);
   ASSERT_EQ(handles.size(), 2U);
   Lines opens = OpenCalls(handles[1], GRB_MODE_ACQ_ONLY);
   opens.back() += " = 0x9004";
-  EXPECT_EQ(Script().Trace(Match().Handle(handles[1]), mark),
-            Lines{"Create() -> " + HandleName(handles[1])} + opens + CloseCalls(handles[1]));
+  EXPECT_EQ(Script().Trace(mark), CreateAndOpenCalls(handles[0], GRB_MODE_CONTROL) + IdentityCalls(handles[0]) +
+                                      Lines{"Create() -> " + HandleName(handles[1])} + opens + CloseCalls(handles[1]) +
+                                      CloseCalls(handles[0]));
+}
+
+TEST_F(DeviceCalls, ChannelHandleIsClosedWhenNoStreamHandleCanBeCreated) {
+  Discover();
+  Script().On(Match(Op::Create), Bang(), When::Nth(2));
+  const size_t mark = Script().Mark();
+  DEV_HANDLE device = nullptr;
+  EXPECT_GC_CODE(GC_ERR_ERROR, Gc().IFOpenDevice(m_hInterface, "Channel #1", DEVICE_ACCESS_CONTROL, &device));
+  const GRB_HANDLE control = Created(mark).at(0);
+  EXPECT_EQ(Script().Trace(mark), CreateAndOpenCalls(control, GRB_MODE_CONTROL) + IdentityCalls(control) +
+                                      Lines{"Create() = 0x8123"} + CloseCalls(control));
+}
+
+// No status of the end is looked at.
+TEST_F(DeviceCalls, CloseThatFailsInTheLibraryIsNoFailure) {
+  OpenDevice();
+  const GRB_HANDLE control = ControlHandle();
+  const GRB_HANDLE stream = StreamHandle();
+  Script().On(Match(Op::Close), Bang(), When::First(2));
+  Script().On(Match(Op::Destroy), Bang().KeepEffect(), When::First(2));
+  const size_t mark = Script().Mark();
+  CloseDevice();
+  Lines expected = CloseCalls(stream) + CloseCalls(control);
+  for (std::string &call : expected) {
+    call += " = 0x8123";
+  }
+  EXPECT_EQ(Script().Trace(mark), expected);
+  EXPECT_EQ(Script().CreatedHandles(), 0U);
+  EXPECT_NE(OpenDevice(), nullptr);
 }
 
 // Entry functions of the Device ---------------------------------------------------------------------------------------
@@ -407,7 +448,7 @@ TEST_F(DeviceEntries, TakeNoOtherHandle) {
   uint32_t count = 0;
   size_t size = 0;
   INFO_DATATYPE type = 0;
-  void *out = nullptr;
+  void *out = Marker();
   constexpr GC_ERROR kCode = GC_ERR_INVALID_HANDLE;
   constexpr const char *kText = "Invalid Device Handle";
   constexpr const char *kFunction = "GenICam::Client::TypeCast";
@@ -423,6 +464,7 @@ TEST_F(DeviceEntries, TakeNoOtherHandle) {
   for (void *const handle : {m_hSystem, m_hDevice, remote}) {
     EXPECT_GC_FROM(kCode, kText, kFunction, Gc().IFOpenDevice(handle, "Channel #1", DEVICE_ACCESS_CONTROL, &out));
   }
+  EXPECT_EQ(out, Marker());
 }
 
 // Whatever went with the Device is no handle any more: its port, its stream, its event.
@@ -454,13 +496,47 @@ TEST_F(DeviceEntries, ADeviceHandleIsPortAndEventSource) {
   EXPECT_GC_OK(Gc().GCUnregisterEvent(m_hDevice, EVENT_ERROR));
 }
 
+// The Device never fires it; all the rest is that of an event.
+TEST_F(DeviceEntries, ErrorEventIsAWholeEvent) {
+  EVENT_HANDLE event = RegisterEvent(m_hDevice, EVENT_ERROR);
+  EVENT_HANDLE again = Marker();
+  EXPECT_GC(GC_ERR_RESOURCE_IN_USE, "Event already enabled.", Gc().GCRegisterEvent(m_hDevice, EVENT_ERROR, &again));
+  EXPECT_EQ(again, Marker());
+  char block[2048];
+  size_t size = sizeof(block);
+  EXPECT_GC(GC_ERR_TIMEOUT, "Timeout while acquiring data", Gc().EventGetData(event, block, &size, 0));
+  EXPECT_EQ(EventInfo(event, EVENT_NUM_IN_QUEUE).As<size_t>(), 0U);
+  EXPECT_GC_OK(Gc().EventKill(event));
+  EXPECT_GC(GC_ERR_ABORT, "Wait terminated", Gc().EventGetData(event, block, &size, GENTL_INFINITE));
+
+  EXPECT_GC_OK(Gc().GCUnregisterEvent(m_hDevice, EVENT_ERROR));
+  constexpr const char *kDisabled = "Event is not enabled.";
+  INFO_DATATYPE type = 0;
+  EXPECT_GC(GC_ERR_INVALID_HANDLE, kDisabled, Gc().EventGetInfo(event, EVENT_EVENT_TYPE, &type, block, &size));
+  EXPECT_GC(GC_ERR_INVALID_HANDLE, kDisabled, Gc().EventGetData(event, block, &size, 0));
+  EXPECT_GC(GC_ERR_INVALID_HANDLE, kDisabled, Gc().EventFlush(event));
+  EXPECT_GC(GC_ERR_INVALID_HANDLE, kDisabled, Gc().EventKill(event));
+  EXPECT_GC_OK(Gc().GCUnregisterEvent(m_hDevice, EVENT_ERROR));
+  EXPECT_EQ(RegisterEvent(m_hDevice, EVENT_ERROR), event);
+}
+
+TEST_F(DeviceEntries, ErrorEventIsNotTheStreams) {
+  EVENT_HANDLE ofDevice = RegisterEvent(m_hDevice, EVENT_ERROR);
+  EVENT_HANDLE ofStream = RegisterEvent(OpenStream(), EVENT_ERROR);
+  EXPECT_NE(ofDevice, ofStream);
+  EXPECT_GC_OK(WriteU32(m_hStream, 0x14, 1));  // the stream's test error
+  EXPECT_EQ(EventInfo(ofStream, EVENT_NUM_IN_QUEUE).As<size_t>(), 1U);
+  EXPECT_EQ(EventInfo(ofDevice, EVENT_NUM_IN_QUEUE).As<size_t>(), 0U);
+  EXPECT_EQ(EventInfo(ofDevice, EVENT_NUM_FIRED).As<uint64_t>(), 0U);
+}
+
 class DeviceEventTypes : public OpenDeviceTest, public testing::WithParamInterface<EVENT_TYPE> {};
 
 TEST_P(DeviceEventTypes, OtherThanErrorsAreNotImplemented) {
   const std::string message = Format("Event ID %d not implemented", GetParam());
-  EVENT_HANDLE event = nullptr;
+  EVENT_HANDLE event = Marker();
   EXPECT_GC(GC_ERR_NOT_IMPLEMENTED, message, Gc().GCRegisterEvent(m_hDevice, GetParam(), &event));
-  EXPECT_EQ(event, nullptr);
+  EXPECT_EQ(event, Marker());
   EXPECT_GC(GC_ERR_NOT_IMPLEMENTED, message, Gc().GCUnregisterEvent(m_hDevice, GetParam()));
 }
 
@@ -479,6 +555,23 @@ TEST_F(DeviceCloseFromAbove, ByTheInterface) {
   m_hStream = nullptr;
   EXPECT_EQ(Script().CreatedHandles(), 0U);
   OpenDevice();
+}
+
+// Opened in the other order, closed in that of the names; of each Device the stream's handle goes first.
+TEST_F(DeviceCloseFromAbove, InTheOrderOfTheNames) {
+  CloseDevice();
+  DEV_HANDLE second = nullptr;
+  ASSERT_GC_OK(Gc().IFOpenDevice(m_hInterface, "Channel #2", DEVICE_ACCESS_CONTROL, &second));
+  OpenDevice();
+  const GRB_HANDLE secondStream = Script().OpenHandle(kBoard, GRB_CHANNEL_2, GRB_MODE_ACQ_ONLY);
+  const GRB_HANDLE secondControl = Script().OpenHandle(kBoard, GRB_CHANNEL_2, GRB_MODE_CONTROL);
+  const Lines expected =
+      CloseCalls(StreamHandle()) + CloseCalls(ControlHandle()) + CloseCalls(secondStream) + CloseCalls(secondControl);
+  const size_t mark = Script().Mark();
+  EXPECT_GC_OK(Gc().IFClose(m_hInterface));
+  m_hInterface = nullptr;
+  m_hDevice = nullptr;
+  EXPECT_EQ(Script().Trace(mark), expected);
 }
 
 TEST_F(DeviceCloseFromAbove, ByTheSystem) {

@@ -77,16 +77,18 @@ class DevicePortUnknown : public OpenDeviceTest, public testing::WithParamInterf
 TEST_P(DevicePortUnknown, PortInfoCommandFails) {
   INFO_DATATYPE type = 0;
   size_t size = 0;
-  EXPECT_GC(GC_ERR_INVALID_PARAMETER, Format("Invalid Port Info Command %d", GetParam() + 13),
-            Gc().GCGetPortInfo(m_hDevice, GetParam() + 13, &type, nullptr, &size));
+  EXPECT_GC_FROM(GC_ERR_INVALID_PARAMETER, Format("Invalid Port Info Command %d", GetParam() + 13),
+                 "GenICam::Client::CDevice::GetPortInfo",
+                 Gc().GCGetPortInfo(m_hDevice, GetParam() + 13, &type, nullptr, &size));
 }
 
 TEST_P(DevicePortUnknown, UrlInfoCommandFails) {
   INFO_DATATYPE type = 0;
   size_t size = 0;
-  EXPECT_GC(GC_ERR_INVALID_PARAMETER,
-            Format("Invalid URL_INFO_CMD Command %08X", static_cast<unsigned>(GetParam() + 6)),
-            Gc().GCGetPortURLInfo(m_hDevice, 0, GetParam() + 6, &type, nullptr, &size));
+  EXPECT_GC_FROM(GC_ERR_INVALID_PARAMETER,
+                 Format("Invalid URL_INFO_CMD Command %08X", static_cast<unsigned>(GetParam() + 6)),
+                 "GenICam::Client::CDevice::GetPortURLInfo",
+                 Gc().GCGetPortURLInfo(m_hDevice, 0, GetParam() + 6, &type, nullptr, &size));
 }
 
 INSTANTIATE_TEST_SUITE_P(Commands, DevicePortUnknown, testing::Values(0, 1, 4, 994, 1000, -14, -1000));
@@ -178,10 +180,12 @@ TEST_F(DevicePort, UrlInfoAnswersTheVersionsKeptByHand) {
 TEST_F(DevicePort, UrlInfoOfAnotherIndexFailsForEveryCommand) {
   INFO_DATATYPE type = 0;
   size_t size = 0;
-  for (const uint32_t index : {1U, 2U, 1000U}) {
+  // The message takes the index for a signed number.
+  for (const uint32_t index : {1U, 2U, 1000U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
     for (const URL_INFO_CMD command : {0, 1, 5, 6, 1000}) {
-      EXPECT_GC(GC_ERR_INVALID_PARAMETER, Format("URL Index %u is out of range", index),
-                Gc().GCGetPortURLInfo(m_hDevice, index, command, &type, nullptr, &size));
+      EXPECT_GC_FROM(GC_ERR_INVALID_PARAMETER, Format("URL Index %d is out of range", static_cast<int32_t>(index)),
+                     "GenICam::Client::CDevice::GetPortURLInfo",
+                     Gc().GCGetPortURLInfo(m_hDevice, index, command, &type, nullptr, &size));
     }
   }
 }

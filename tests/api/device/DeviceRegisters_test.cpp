@@ -62,6 +62,13 @@ INSTANTIATE_TEST_SUITE_P(All, DeviceRegister, testing::ValuesIn(kRegisters));
 
 using DeviceRegisterMap = DeviceTest;
 
+// The missing handle is found ahead of a value that no conversion knows.
+TEST_F(DeviceRegisterMap, UnknownScanTypeWithoutAStreamMissesTheStream) {
+  OpenDevice(kCustomAccess);
+  EXPECT_GC(GC_ERR_ERROR, NoHandleToWrite(0x600), WriteU32(m_hDevice, 0x600, 2));
+  EXPECT_TRUE(ComesFrom(kFeatureWrite, kFeatureFile));
+}
+
 TEST_F(DeviceRegisterMap, RefusesEveryWriteOnADeviceOpenForReading) {
   OpenDevice(DEVICE_ACCESS_READONLY);
   for (const RegisterRow &row : kRegisters) {
@@ -233,6 +240,18 @@ TEST_F(DeviceRegisterMap, AccessThatBeginsAtAStoredWordStaysInTheMap) {
   EXPECT_EQ(bytes[4], GRB_ACQ_BLOCKING_OFF);  // the copy that the write left
   EXPECT_GC_OK(WriteBytes(m_hDevice, 0x1848, std::vector<uint8_t>(8)));
   EXPECT_EQ(Script().Trace(mark), Lines());
+}
+
+// The map keeps a word that the library refused. It is seen only from the word ahead.
+TEST_F(DeviceRegisterMap, RefusedWriteStaysInTheMapsCopy) {
+  OpenDevice();
+  SetParameter(GRB_ACQ_BLOCKING, GRB_ACQ_BLOCKING_ON);
+  Script().On(Match(Op::ParameterSet, GRB_ACQ_BLOCKING), Bang());
+  EXPECT_GC(GC_ERR_ERROR, FailedWrite("GRB_ACQ_BLOCKING"), WriteU32(m_hDevice, 0x184C, 77));
+  const std::vector<uint8_t> bytes = ReadBytes(m_hDevice, 0x1848, 8);
+  ASSERT_EQ(bytes.size(), 8U);
+  EXPECT_EQ(bytes[4], 77);
+  EXPECT_EQ(ReadU32(m_hDevice, 0x184C), GRB_ACQ_BLOCKING_ON);
 }
 
 TEST_F(DeviceRegisterMap, AccessThatBeginsAtAVirtualWordIsOneParameter) {

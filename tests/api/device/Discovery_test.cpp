@@ -234,6 +234,18 @@ TEST_F(Discovery, OfACameraThatIsHeldFindsItAllTheSame) {
             WithStatus(CreateAndOpenCalls(handles[1], GRB_MODE_ACQ_ONLY), "0x9004") + CloseCalls(handles[1]));
 }
 
+// The camera's own handle could be made, so the camera is there; that it is free could not be found out.
+TEST_F(Discovery, OfACameraWhoseTrialHandleCannotBeCreatedFindsItWithoutAccess) {
+  OpenInterface();
+  Script().On(Match(Op::Create), Bang(), When::Nth(2));
+  EXPECT_EQ(SearchCameras(), (Lines{"Channel #1", "Channel #2"}));
+  EXPECT_EQ(DeviceInfo(m_hInterface, "Channel #1", DEVICE_INFO_ACCESS_STATUS).As<int32_t>(),
+            DEVICE_ACCESS_STATUS_NOACCESS);
+  EXPECT_EQ(DeviceInfo(m_hInterface, "Channel #2", DEVICE_INFO_ACCESS_STATUS).As<int32_t>(),
+            DEVICE_ACCESS_STATUS_READWRITE);
+  EXPECT_EQ(Script().CreatedHandles(), 0U);
+}
+
 // A probe in flight must not disturb a Device that is open.
 TEST_F(Discovery, BesideAnOpenDeviceLeavesItAlone) {
   OpenDevice();

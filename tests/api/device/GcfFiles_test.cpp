@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Loading and saving the library's configuration files through the Device's registers.
+#include <atomic>
 #include <thread>
 
 #include "DeviceFixture.h"
@@ -60,6 +61,8 @@ class GcfTest : public OpenDeviceTest {
   size_t m_nMark = 0;
 };
 
+class GcfStatus : public GcfTest, public testing::WithParamInterface<GRB_STATUS> {};
+
 // Load ----------------------------------------------------------------------------------------------------------------
 
 TEST_F(GcfTest, LoadReopensTheStreamHandleWithTheFile) {
@@ -104,17 +107,11 @@ TEST_F(GcfTest, ValueWrittenStaysStoredWhenTheLoadFails) {
   EXPECT_EQ(ReadU32(m_hDevice, kLoad), 7U);
 }
 
-// A folder is no file; a system that lets it be opened leaves the answer to the library.
+// A folder is no file, on systems too that let it be opened like one.
 TEST_F(GcfTest, LoadOfAFolderLeavesAUsableHandle) {
-  const GC_ERROR result = Load(m_Directory.Path());
-  const std::optional<FailureText> text = SplitFailureText(LastError().text);
-  if (result == GC_ERR_SUCCESS) {
-    EXPECT_EQ(Calls().size(), 7U);
-  } else {
-    EXPECT_EQ(result, GC_ERR_INVALID_PARAMETER);
-    ASSERT_TRUE(text.has_value());
-    EXPECT_EQ(text->message, "Configuration file specified does not exist: " + m_Directory.Path());
-  }
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Configuration file specified does not exist: " + m_Directory.Path(),
+            Load(m_Directory.Path()));
+  EXPECT_EQ(Calls(), Lines());
   ExpectUsable();
 }
 
@@ -142,8 +139,9 @@ TEST_F(GcfTest, LoadOfAMissingNameThatFillsTheRegisterStaysInside) {
   ExpectUsable();
 }
 
-// Every call of the reopening that can fail: the handle is made anew and opened without the file.
-TEST_F(GcfTest, LoadThatFailsInTheLibraryRecreatesTheHandleAndReports) {
+// Every call of the reopening that can fail: the handle is made anew and opened without the file. The two warnings
+// are failures like any other.
+TEST_P(GcfStatus, OfALoadRecreatesTheHandleAndIsReported) {
   struct {
     const char *function;
     Match match;
@@ -158,12 +156,13 @@ TEST_F(GcfTest, LoadThatFailsInTheLibraryRecreatesTheHandleAndReports) {
   for (const auto &row : kCases) {
     SCOPED_TRACE(row.calls);
     const GRB_HANDLE handle = StreamHandle();
-    Script().On(row.match, Bang());
-    EXPECT_GC(GC_ERR_ERROR, LoadFailure(LibraryText(row.function)), Load(m_strPath));
+    Script().On(row.match, Bang(GetParam()));
+    EXPECT_GC_FROM(GC_ERR_ERROR, LoadFailure(LibraryText(row.function, GetParam())),
+                   "GenICam::Client::CGrbStreamHandle::LoadGcf", Load(m_strPath));
 
     Lines expected = CloseAndConfigure(handle, m_strPath) + OpenCalls(handle, GRB_MODE_ACQ_ONLY);
     expected.resize(row.calls);
-    expected.back() += " = 0x8123";
+    expected.back() += Format(" = 0x%x", GetParam());
     const std::vector<GRB_HANDLE> created = Created(m_nMark);
     ASSERT_EQ(created.size(), 1U);
     EXPECT_NE(created[0], handle);
@@ -174,11 +173,23 @@ TEST_F(GcfTest, LoadThatFailsInTheLibraryRecreatesTheHandleAndReports) {
   }
 }
 
+TEST_P(GcfStatus, OfASaveIsReported) {
+  Script().On(Match(Op::Action), Bang(GetParam()));
+  EXPECT_GC(GC_ERR_ERROR, "Failed saving GCF file: " + LibraryText("GRB_Action", GetParam()), Save("a.gcf"));
+  EXPECT_TRUE(ComesFrom(kFeatureWrite, kFeatureFile));
+  ExpectUsable();
+}
+
+INSTANTIATE_TEST_SUITE_P(Statuses, GcfStatus, testing::Values(kStatus, GRB_WARNING_PASSED, GRB_WARNING_TIMEOUT));
+
 // The words are those that stand there when the failure is raised: the reopening's, if it fails as well.
 TEST_F(GcfTest, LoadWhoseReopeningFailsTooHasTheReopeningsWords) {
   Script().On(Match(Op::Open), Reply::Failure(1, "First."), When::Nth(1));
   Script().On(Match(Op::Open), Reply::Failure(2, "Second."), When::Nth(2));
   EXPECT_GC(GC_ERR_ERROR, LoadFailure(LibraryText("GRB_Open", 2, "Second.")), Load(m_strPath));
+  EXPECT_EQ(StreamHandle(), 0U);
+  // A stream can be opened on the handle all the same: that it is valid was decided with the Device.
+  OpenStream();
   // It can be loaded again later.
   EXPECT_GC_OK(Load(m_strPath));
   ExpectUsable();
@@ -266,12 +277,6 @@ TEST_F(GcfTest, SaveIgnoresWhatStandsBehindAZero) {
   EXPECT_EQ(Script().Trace(mark), (Lines{"Action(" + HandleName(StreamHandle()) + ", 0xc0040100, 0xc0040007, \"b\")"}));
 }
 
-TEST_F(GcfTest, FailedSaveReportsTheLibrarysWords) {
-  Script().On(Match(Op::Action), Bang());
-  EXPECT_GC(GC_ERR_ERROR, "Failed saving GCF file: " + LibraryText("GRB_Action"), Save("a.gcf"));
-  ExpectUsable();
-}
-
 // The two names do not mix.
 TEST_F(GcfTest, LoadAndSaveHaveNamesOfTheirOwn) {
   EXPECT_GC_OK(WriteText(m_hDevice, kLoadName, m_strPath, kNameSize));
@@ -280,6 +285,73 @@ TEST_F(GcfTest, LoadAndSaveHaveNamesOfTheirOwn) {
   const size_t mark = Script().Mark();
   EXPECT_GC_OK(WriteU32(m_hDevice, kLoad, 1));
   EXPECT_EQ(Script().Calls(Match(Op::ParameterSet, GRB_OPEN_CONFIG_FILE), mark)[0].text, m_strPath);
+}
+
+// A load holds the handle's lock; the features take none and do not wait for it.
+TEST_F(GcfTest, LoadDoesNotHoldUpTheFeatures) {
+  SetParameter(GRB_CAM_ACTIVE_XLENGTH, 640);
+  std::atomic<bool> isRead{false};
+  std::thread reader;
+  Script().On(Match(Op::Open), Reply::Pass().Do([&](const Call &) {
+    reader = std::thread([&] {
+      EXPECT_EQ(ReadU32(m_hDevice, 0x614), 640U);
+      isRead = true;
+    });
+    EXPECT_TRUE(WaitUntil([&] { return isRead.load(); }));
+  }));
+  EXPECT_GC_OK(Load(m_strPath));
+  ASSERT_TRUE(reader.joinable());
+  reader.join();
+}
+
+// Longer writes -------------------------------------------------------------------------------------------------------
+
+// Each word is stored, and its command runs, ahead of the next word.
+
+TEST_F(GcfTest, LoadRunsAheadOfTheNextWordOfTheName) {
+  EXPECT_GC_OK(WriteText(m_hDevice, kLoadName, m_strPath, kNameSize));
+  const std::vector<uint8_t> letters = {'n', 'e', 'w', '!'};
+  m_nMark = Script().Mark();
+  EXPECT_GC_OK(WriteBytes(m_hDevice, kLoad, {1, 0, 0, 0, 'n', 'e', 'w', '!'}));
+  const GRB_HANDLE handle = StreamHandle();
+  EXPECT_EQ(Calls(), CloseAndConfigure(handle, m_strPath) + OpenCalls(handle, GRB_MODE_ACQ_ONLY));
+  EXPECT_EQ(ReadBytes(m_hDevice, kLoadName, 4), letters);
+}
+
+// The first word decides what becomes of the whole: here a parameter, set behind the load.
+TEST_F(GcfTest, LoadRunsAheadOfTheParameterInFrontOfIt) {
+  EXPECT_GC_OK(WriteText(m_hDevice, kLoadName, m_strPath, kNameSize));
+  const GRB_HANDLE handle = StreamHandle();
+  m_nMark = Script().Mark();
+  EXPECT_GC_OK(WriteBytes(m_hDevice, kLoad - 4, {3, 0, 0, 0, 1, 0, 0, 0}));
+  EXPECT_EQ(Calls(), CloseAndConfigure(handle, m_strPath) + OpenCalls(handle, GRB_MODE_ACQ_ONLY) +
+                         Lines{"ParameterSet(" + HandleName(handle) + ", GRB_LUT_SHIFT, 0x3)"});
+}
+
+TEST_F(GcfTest, FailedLoadKeepsTheParameterInFrontOfItFromTheLibrary) {
+  EXPECT_GC_OK(WriteText(m_hDevice, kLoadName, m_strPath, kNameSize));
+  Script().On(Match(Op::Open), Bang());
+  m_nMark = Script().Mark();
+  EXPECT_GC(GC_ERR_ERROR, LoadFailure(LibraryText("GRB_Open")),
+            WriteBytes(m_hDevice, kLoad - 4, {3, 0, 0, 0, 1, 0, 0, 0}));
+  EXPECT_EQ(Script().Count(Match(Op::ParameterSet, GRB_LUT_SHIFT), m_nMark), 0U);
+  EXPECT_EQ(ReadU32(m_hDevice, kLoad), 1U);
+}
+
+TEST_F(GcfTest, FailedLoadKeepsTheNextWordFromTheMap) {
+  EXPECT_GC_CODE(GC_ERR_INVALID_PARAMETER, WriteBytes(m_hDevice, kLoad, {1, 0, 0, 0, 'n', 'e', 'w', '!'}));
+  EXPECT_EQ(ReadU32(m_hDevice, kLoad), 1U);
+  EXPECT_EQ(ReadU32(m_hDevice, kLoadName), 0U);
+}
+
+TEST_F(GcfTest, ParameterBehindASaveStaysInTheMap) {
+  SetParameter(GRB_CAM_FORMAT, GRB_CAM_INTERLACED);
+  EXPECT_GC_OK(WriteText(m_hDevice, kSaveName, "a.gcf", kNameSize));
+  m_nMark = Script().Mark();
+  EXPECT_GC_OK(WriteBytes(m_hDevice, kSave, {1, 0, 0, 0, 0x77, 0, 0, 0}));
+  EXPECT_EQ(Calls(), (Lines{"Action(" + HandleName(StreamHandle()) + ", 0xc0040100, 0xc0040007, \"a.gcf\")"}));
+  EXPECT_EQ(ReadBytes(m_hDevice, kSave, 8), (std::vector<uint8_t>{1, 0, 0, 0, 0x77, 0, 0, 0}));
+  EXPECT_EQ(ReadU32(m_hDevice, kSave + 4), GRB_CAM_INTERLACED);
 }
 
 TEST_F(GcfTest, NothingHappensWithoutAStream) {

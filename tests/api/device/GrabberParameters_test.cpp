@@ -88,6 +88,7 @@ TEST_P(GrabberParameter, FailedWriteNamesTheFeature) {
   }
   Script().On(Match(Op::ParameterSet, GetParam().write), Bang());
   EXPECT_GC(GC_ERR_ERROR, FailedWrite(GetParam().name), Write());
+  EXPECT_TRUE(ComesFrom(kFeatureWrite, kFeatureFile));
   // Once more, as if nothing had been.
   EXPECT_GC_OK(Write());
 }
@@ -98,6 +99,7 @@ TEST_P(GrabberParameter, FailedReadNamesTheFeatureAndLeavesTheBuffer) {
   // The map's copy of the word may reach the buffer ahead of the library; the library's value must not.
   SetParameter(GetParam().read, kValue);
   EXPECT_GC(GC_ERR_ERROR, FailedRead(GetParam().name), Read());
+  EXPECT_TRUE(ComesFrom(kFeatureRead, kFeatureFile));
   EXPECT_NE(m_nBuffer, ValueInWidth());
   EXPECT_GC_OK(Read());
 }
@@ -162,6 +164,18 @@ TEST_F(GrabberRegisters, SizesFollowTheWidth) {
     EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Address and/or uiSize have to be multiples of four.",
               Gc().GCReadPort(m_hDevice, row.address, &value, &size));
   }
+}
+
+// The answer says how many bytes it has, however many were asked for.
+TEST_F(GrabberRegisters, SizesAboveTheWidthAreLowered) {
+  SetParameter(GRB_TIMERA1_PERIOD_NS, kValue);
+  uint64_t values[2] = {};
+  size_t size = sizeof(values);
+  const size_t mark = Script().Mark();
+  EXPECT_GC_OK(Gc().GCReadPort(m_hDevice, 0x2034, values, &size));
+  EXPECT_EQ(size, 8U);
+  EXPECT_EQ(values[0], kValue);
+  EXPECT_EQ(Script().Trace(mark), (Lines{"ParameterGet(" + HandleName(StreamHandle()) + ", GRB_TIMERA1_PERIOD_NS)"}));
 }
 
 // The number of bytes that the library takes follows from the parameter, not from the caller's size.

@@ -75,6 +75,36 @@ TEST_P(RegisterTrio, LetterRFetchesTheData) {
   EXPECT_EQ(ReadU32(m_hDevice, kAddress), 0x9000U);
 }
 
+TEST_P(RegisterTrio, LetterWKeepsAddressAndData) {
+  EXPECT_GC_OK(WriteU32(m_hDevice, kAddress, 0x9000));
+  EXPECT_GC_OK(WriteU32(m_hDevice, kData, 0x01020304));
+  EXPECT_GC_OK(WriteU32(m_hDevice, kCommand, 0x57));
+  EXPECT_EQ(ReadU32(m_hDevice, kAddress), 0x9000U);
+  EXPECT_EQ(ReadU32(m_hDevice, kData), 0x01020304U);
+}
+
+TEST_P(RegisterTrio, FailedLettersKeepTheData) {
+  EXPECT_GC_OK(WriteU32(m_hDevice, kAddress, 0x9000));
+  EXPECT_GC_OK(WriteU32(m_hDevice, kData, 5));
+  for (const GRB_STATUS status : {kStatus, GRB_WARNING_TIMEOUT}) {
+    Script().On(Match(Op::ControlRead), Bang(status));
+    EXPECT_GC_CODE(status == kStatus ? GC_ERR_IO : GC_ERR_TIMEOUT, WriteU32(m_hDevice, kCommand, 0x52));
+    Script().On(Match(Op::ControlWrite), Bang(status));
+    EXPECT_GC_CODE(status == kStatus ? GC_ERR_IO : GC_ERR_TIMEOUT, WriteU32(m_hDevice, kCommand, 0x57));
+    EXPECT_EQ(ReadU32(m_hDevice, kAddress), 0x9000U);
+    EXPECT_EQ(ReadU32(m_hDevice, kData), 5U);
+  }
+}
+
+// A read that moves nothing and succeeds leaves the data to the exchange of its bytes.
+TEST_P(RegisterTrio, ShortLetterRSwapsWhatIsThere) {
+  EXPECT_GC_OK(WriteU32(m_hDevice, kAddress, 0x9000));
+  EXPECT_GC_OK(WriteU32(m_hDevice, kData, 5));
+  Script().On(Match(Op::ControlRead), Reply::Status(GRB_OK).Moved(0));
+  EXPECT_GC_OK(WriteU32(m_hDevice, kCommand, 0x52));
+  EXPECT_EQ(ReadU32(m_hDevice, kData), 0x05000000U);
+}
+
 // The letter is the whole 32-bit value.
 TEST_P(RegisterTrio, OtherValuesDoNothing) {
   EXPECT_GC_OK(WriteU32(m_hDevice, kAddress, 0x9000));
@@ -221,6 +251,7 @@ TEST_F(BoardProperties, LongerThanTheRegisterAreRefused) {
 TEST_F(BoardProperties, FailureNamesTheFeature) {
   Script().On(Match(Op::ParameterGet, GRB_BOARD_PROPERTIES), Bang());
   EXPECT_GC(GC_ERR_ERROR, FailedRead("GRB_BOARD_PROPERTIES"), Properties(1024));
+  EXPECT_TRUE(ComesFrom(kFeatureRead, kFeatureFile));
 }
 
 TEST_F(BoardProperties, CannotBeWrittenAndNeedAStream) {
@@ -251,6 +282,27 @@ TEST_F(InputsAndOutputs, SelectionsBeginAtTheirDefaultsAndStayHere) {
     EXPECT_EQ(ReadU32(m_hDevice, address), address + 7);
   }
   EXPECT_EQ(Script().Trace(mark), Lines());
+}
+
+// Each Device has selections of its own, and a Device opened anew has none of the one before.
+TEST_F(InputsAndOutputs, SelectionsBelongToOneDevice) {
+  constexpr uint32_t kDefaults[][2] = {{kOutPort, 0xC0092E00}, {kInPort, 0xC0091F00}, {kOutBit, 1}};
+  for (const auto &row : kDefaults) {
+    EXPECT_GC_OK(WriteU32(m_hDevice, row[0], 7));
+  }
+  DEV_HANDLE other = nullptr;
+  ASSERT_GC_OK(Gc().IFOpenDevice(m_hInterface, "Channel #2", DEVICE_ACCESS_CONTROL, &other));
+  for (const auto &row : kDefaults) {
+    EXPECT_EQ(ReadU32(other, row[0]), row[1]);
+    EXPECT_GC_OK(WriteU32(other, row[0], 9));
+    EXPECT_EQ(ReadU32(m_hDevice, row[0]), 7U);
+  }
+  CloseDevice();
+  OpenDevice();
+  for (const auto &row : kDefaults) {
+    EXPECT_EQ(ReadU32(m_hDevice, row[0]), row[1]);
+    EXPECT_EQ(ReadU32(other, row[0]), 9U);
+  }
 }
 
 TEST_F(InputsAndOutputs, SelectionsNeedAStreamToo) {
@@ -337,10 +389,13 @@ TEST_F(InputsAndOutputs, InputIsAskedWithZeroInPlace) {
 TEST_F(InputsAndOutputs, FailuresHaveTheirNames) {
   Script().On(Match(Op::ParameterSet), Bang());
   EXPECT_GC(GC_ERR_ERROR, FailedWrite("GRB_IO_METHOD"), WriteU32(m_hDevice, kOutMethod, GRB_IO_METHOD_BIT_SET));
+  EXPECT_TRUE(ComesFrom(kFeatureWrite, kFeatureFile));
   Script().On(Match(Op::ParameterGet), Bang());
   EXPECT_GC(GC_ERR_ERROR, FailedRead("GRB_IO_OUT_METHOD"), Read(kOutMethod));
+  EXPECT_TRUE(ComesFrom(kFeatureRead, kFeatureFile));
   Script().On(Match(Op::ParameterGet), Bang());
   EXPECT_GC(GC_ERR_ERROR, FailedRead("GRB_IO_IN_VALUE"), Read(kInValue));
+  EXPECT_TRUE(ComesFrom(kFeatureRead, kFeatureFile));
 }
 
 TEST_F(InputsAndOutputs, InputValueCannotBeWritten) {
@@ -407,9 +462,21 @@ TEST_P(Filter, HandsACopyToTheLibrary) {
 TEST_P(Filter, FailuresNameTheFeature) {
   Script().On(Match(Op::ParameterSet, GetParam().identifier), Bang());
   EXPECT_GC(GC_ERR_ERROR, FailedWrite(GetParam().name), Write(100));
+  EXPECT_TRUE(ComesFrom(kFeatureWrite, kFeatureFile));
   Script().On(Match(Op::ParameterGet, GetParam().identifier), Bang());
   uint64_t value = 0;
   EXPECT_GC(GC_ERR_ERROR, FailedRead(GetParam().name), TryRead(m_hDevice, GetParam().address, &value, sizeof(value)));
+  EXPECT_TRUE(ComesFrom(kFeatureRead, kFeatureFile));
+}
+
+// The size is not looked at: the value is the eight bytes, and the lower half alone would be below the floor.
+TEST_P(Filter, WriteOfHalfOfItHandsTheWholeOn) {
+  m_nValue = 0x100000005ULL;
+  m_nSize = 4;
+  const size_t mark = Script().Mark();
+  EXPECT_GC_OK(Gc().GCWritePort(m_hDevice, GetParam().address, &m_nValue, &m_nSize));
+  EXPECT_EQ(Script().Trace(mark), (Lines{Set(GetParam().identifier, 0x100000005ULL)}));
+  EXPECT_EQ(m_nSize, 4U);
 }
 
 TEST_P(Filter, ReadOfHalfOfItFails) {
@@ -461,12 +528,25 @@ TEST_P(Commands, TriggerTimerA1WithOneWhateverIsWritten) {
 INSTANTIATE_TEST_SUITE_P(Values, Commands, testing::Values(0, 1, 7, 0xFFFFFFFFU));
 
 TEST_F(GrabberSpecial, FailuresOfCommandsNameTheFeature) {
-  Script().On(Match(Op::ParameterSet, GRB_CACHE_FLUSH), Bang());
-  EXPECT_GC(GC_ERR_ERROR, FailedWrite("GRB_CACHE_FLUSH"), WriteU32(m_hDevice, 0x1CA0, 1));
-  Script().On(Match(Op::StreamRead, GRB_EXPOSE), Bang());
-  EXPECT_GC(GC_ERR_ERROR, FailedWrite("GRB_EXPOSE", "GRB_StreamRead"), WriteU32(m_hDevice, 0x2074, 1));
-  Script().On(Match(Op::ParameterSet, GRB_TIMERA1_SWTRIG_NOW), Bang());
-  EXPECT_GC(GC_ERR_ERROR, FailedWrite("GRB_TIMERA1_SWTRIG"), WriteU32(m_hDevice, 0x20A4, 1));
+  const struct {
+    uint32_t address;
+    const char *name;
+    Match match;
+    const char *function;
+  } kRows[] = {
+      {0x1CA0, "GRB_CACHE_FLUSH", Match(Op::ParameterSet, GRB_CACHE_FLUSH), "GRB_ParameterSet"},
+      {0x2074, "GRB_EXPOSE", Match(Op::StreamRead, GRB_EXPOSE), "GRB_StreamRead"},
+      {0x20A4, "GRB_TIMERA1_SWTRIG", Match(Op::ParameterSet, GRB_TIMERA1_SWTRIG_NOW), "GRB_ParameterSet"},
+  };
+  for (const auto &row : kRows) {
+    for (const GRB_STATUS status : {kStatus, GRB_WARNING_PASSED, GRB_WARNING_TIMEOUT}) {
+      Script().On(row.match, Bang(status));
+      EXPECT_GC(GC_ERR_ERROR,
+                std::string("Failed writing Device feature: ") + row.name + ": " + LibraryText(row.function, status),
+                WriteU32(m_hDevice, row.address, 1));
+      EXPECT_TRUE(ComesFrom(kFeatureWrite, kFeatureFile));
+    }
+  }
 }
 
 TEST_F(GrabberSpecial, CommandsCannotBeRead) {

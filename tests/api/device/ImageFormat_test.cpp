@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The image format family of virtual registers: what a feature write and read become at the library.
+#include <atomic>
 #include <ostream>
 #include <thread>
 
@@ -120,9 +121,11 @@ TEST_P(ImageLength, TouchesItsOwnAxisOnly) {
 TEST_P(ImageLength, FailureOfTheLengthNamesTheFeature) {
   Script().On(Match(Op::ParameterSet, GetParam().length), Bang());
   EXPECT_GC(GC_ERR_ERROR, FailedWrite(GetParam().name), WriteU32(m_hDevice, GetParam().address, 640));
+  EXPECT_TRUE(ComesFrom(kFeatureWrite, kFeatureFile));
   Script().On(Match(Op::ParameterGet, GetParam().length), Bang());
   const size_t mark = Script().Mark();
   EXPECT_GC(GC_ERR_ERROR, FailedRead(GetParam().name), Read(GetParam().address));
+  EXPECT_TRUE(ComesFrom(kFeatureRead, kFeatureFile));
   EXPECT_EQ(Script().Count(Match(Op::ParameterGet), mark), 1U);
 }
 
@@ -130,6 +133,7 @@ TEST_P(ImageLength, FailureOfTheNestedDecimationNamesThat) {
   const size_t mark = Script().Mark();
   Script().On(Match(Op::ParameterGet, GetParam().decimation), Bang(), When::Every());
   EXPECT_GC(GC_ERR_ERROR, FailedRead(GetParam().decimationMessage), WriteU32(m_hDevice, GetParam().address, 640));
+  EXPECT_TRUE(ComesFrom(kFeatureRead, kFeatureFile));
   EXPECT_EQ(Script().Count(Match(Op::ParameterSet), mark), 0U);
   EXPECT_GC(GC_ERR_ERROR, FailedRead(GetParam().decimationMessage), Read(GetParam().address));
 }
@@ -168,8 +172,10 @@ TEST_P(ImageLength, FailureOfTheDecimationNamesTheFeature) {
   Script().On(Match(Op::ParameterSet, GetParam().decimation), Bang());
   EXPECT_GC(GC_ERR_ERROR, FailedWrite(GetParam().decimationMessage),
             WriteU32(m_hDevice, GetParam().decimationAddress, 2));
+  EXPECT_TRUE(ComesFrom(kFeatureWrite, kFeatureFile));
   Script().On(Match(Op::ParameterGet, GetParam().decimation), Bang());
   EXPECT_GC(GC_ERR_ERROR, FailedRead(GetParam().decimationMessage), Read(GetParam().decimationAddress));
+  EXPECT_TRUE(ComesFrom(kFeatureRead, kFeatureFile));
 }
 
 INSTANTIATE_TEST_SUITE_P(Axes, ImageLength, testing::ValuesIn(kLengths));
@@ -207,8 +213,10 @@ TEST_F(ImageFormat, UnknownScanTypeFailsWithoutACallOfTheLibrary) {
 TEST_F(ImageFormat, FailureOfTheScanTypeNamesTheFeature) {
   Script().On(Match(Op::ParameterSet, GRB_CAM_TYPE), Bang());
   EXPECT_GC(GC_ERR_ERROR, FailedWrite("SCAN_TYPE"), WriteU32(m_hDevice, 0x600, 0));
+  EXPECT_TRUE(ComesFrom(kFeatureWrite, kFeatureFile));
   Script().On(Match(Op::ParameterGet, GRB_CAM_TYPE), Bang());
   EXPECT_GC(GC_ERR_ERROR, FailedRead("SCAN_TYPE"), Read(0x600));
+  EXPECT_TRUE(ComesFrom(kFeatureRead, kFeatureFile));
 }
 
 // Pixel formats -------------------------------------------------------------------------------------------------------
@@ -295,6 +303,7 @@ TEST_F(ImageFormat, TwoStepWritesAreNotTakenBack) {
     const uint64_t before = Parameter(row.second);
     Script().On(Match(Op::ParameterSet, row.second), Bang());
     EXPECT_GC(GC_ERR_ERROR, FailedWrite(row.name), WriteU32(m_hDevice, row.address, 0x01100011));
+    EXPECT_TRUE(ComesFrom(kFeatureWrite, kFeatureFile));
     EXPECT_EQ(Parameter(row.first), row.firstValue);
     EXPECT_EQ(Parameter(row.second), before);
 
@@ -306,13 +315,24 @@ TEST_F(ImageFormat, TwoStepWritesAreNotTakenBack) {
   }
 }
 
+// The first failure ends the read: behind the colour's the depth is not asked.
 TEST_F(ImageFormat, FailuresOfPixelFormatReadsNameTheFeature) {
-  Script().On(Match(Op::ParameterGet, GRB_USR_FORMAT), Bang());
-  EXPECT_GC(GC_ERR_ERROR, FailedRead("PIXELFORMAT"), Read(0x620));
-  Script().On(Match(Op::ParameterGet, GRB_CAM_SRC_COL), Bang());
-  EXPECT_GC(GC_ERR_ERROR, FailedRead("INCOMING_PIXELFORMAT"), Read(0x61C));
-  Script().On(Match(Op::ParameterGet, GRB_CAM_SRC_DEPTH), Bang());
-  EXPECT_GC(GC_ERR_ERROR, FailedRead("INCOMING_PIXELFORMAT"), Read(0x61C));
+  const struct {
+    uint32_t address;
+    const char *name;
+    uint32_t identifier;
+    size_t calls;
+  } kRows[] = {{0x620, "PIXELFORMAT", GRB_USR_FORMAT, 1},
+               {0x61C, "INCOMING_PIXELFORMAT", GRB_CAM_SRC_COL, 1},
+               {0x61C, "INCOMING_PIXELFORMAT", GRB_CAM_SRC_DEPTH, 2}};
+  for (const auto &row : kRows) {
+    SCOPED_TRACE(NameOfCode(row.identifier));
+    Script().On(Match(Op::ParameterGet, row.identifier), Bang());
+    const size_t mark = Script().Mark();
+    EXPECT_GC(GC_ERR_ERROR, FailedRead(row.name), Read(row.address));
+    EXPECT_TRUE(ComesFrom(kFeatureRead, kFeatureFile));
+    EXPECT_EQ(Script().Count(Match(Op::ParameterGet), mark), row.calls);
+  }
 }
 
 // Registers in the map that nothing stands behind.
@@ -347,12 +367,34 @@ TEST_F(ImageFormat, OffsetsPassWhateverTheDecimation) {
   EXPECT_EQ(ReadU32(m_hDevice, 0x630), 12U);
 }
 
-// Two threads fail at one moment: each gets the words of its own failure.
+// The payload follows the image that is delivered, at each question anew; what the camera sends does not count.
+TEST_F(ImageFormat, PayloadFollowsTheDeliveredImageAlone) {
+  OpenStream();
+  constexpr uint32_t kDelivered[][2] = {{0x604, 64}, {0x60C, 48}, {0x620, 0x01080001}};
+  for (const auto &row : kDelivered) {
+    EXPECT_GC_OK(WriteU32(m_hDevice, row[0], row[1]));
+  }
+  EXPECT_EQ(PayloadSize(), 64U * 48U);
+  constexpr uint32_t kOthers[][2] = {{0x614, 128}, {0x618, 96}, {0x61C, 0x01100011}, {0x62C, 8}, {0x630, 4}};
+  for (const auto &row : kOthers) {
+    EXPECT_GC_OK(WriteU32(m_hDevice, row[0], row[1]));
+    EXPECT_EQ(PayloadSize(), 64U * 48U) << Format("0x%X", row[0]);
+  }
+  EXPECT_GC_OK(WriteU32(m_hDevice, 0x624, 2));
+  EXPECT_EQ(PayloadSize(), 32U * 48U);
+  EXPECT_GC_OK(WriteU32(m_hDevice, 0x628, 4));
+  EXPECT_EQ(PayloadSize(), 32U * 12U);
+  EXPECT_GC_OK(WriteU32(m_hDevice, 0x620, 0x01100007));
+  EXPECT_EQ(PayloadSize(), 64U * 12U);
+}
+
+// Two threads fail at one moment: each gets the words of its own failure. They meet inside the library, so no lock of
+// the handle is held there.
 TEST_F(ImageFormat, WordsOfAFailureBelongToTheirThread) {
   std::atomic<int> inside{0};
   const auto meet = [&inside](const Call &) {
     ++inside;
-    WaitUntil([&inside] { return inside.load() >= 2; });
+    EXPECT_TRUE(WaitUntil([&inside] { return inside.load() >= 2; }));
   };
   Script().On(Match(Op::ParameterSet, GRB_CAM_ACTIVE_XLENGTH), Reply::Failure(1, "First.").Do(meet));
   Script().On(Match(Op::ParameterSet, GRB_CAM_ACTIVE_YLENGTH), Reply::Failure(2, "Second.").Do(meet));

@@ -119,8 +119,9 @@ TEST_F(RemotePort, UnknownInfoFails) {
   INFO_DATATYPE type = 0;
   size_t size = 0;
   for (const PORT_INFO_CMD command : {13, 14, 1000, -1}) {
-    EXPECT_GC(GC_ERR_INVALID_PARAMETER, Format("Invalid PORT_INFO_CMD 0x%08X.", static_cast<unsigned>(command)),
-              Gc().GCGetPortInfo(m_hPort, command, &type, nullptr, &size));
+    EXPECT_GC_FROM(GC_ERR_INVALID_PARAMETER, Format("Invalid PORT_INFO_CMD 0x%08X.", static_cast<unsigned>(command)),
+                   "GenICam::Client::CDevicePortCxp::GetPortInfo",
+                   Gc().GCGetPortInfo(m_hPort, command, &type, nullptr, &size));
   }
 }
 
@@ -228,6 +229,33 @@ TEST_F(RemotePort, FailedReadLeavesTheBuffer) {
   EXPECT_EQ(word, 0x11223344U);
 }
 
+// Where whole words are read, neither the bytes beyond the wanted ones nor the greater size come through a failure.
+TEST_F(RemotePort, FailedReadAtANotedAddressLeavesBufferAndSize) {
+  SetCamera(CCamera().Url(0, "Local:a.xml;9000;D"));
+  Parse();
+  const std::vector<uint8_t> before = {1, 2, 3, 4, 5, 0xEE, 0xEE, 0xEE};
+  for (const GRB_STATUS status : {kStatus, GRB_WARNING_TIMEOUT}) {
+    const GC_ERROR code = status == kStatus ? GC_ERR_IO : GC_ERR_TIMEOUT;
+    std::vector<uint8_t> buffer = before;
+    size_t size = 5;
+    Script().On(Match(Op::ControlRead).Address(0x9000), Bang(status).Bytes(std::vector<uint8_t>(8, 9)));
+    EXPECT_GC_CODE(code, Gc().GCReadPort(m_hPort, 0x9000, buffer.data(), &size));
+    EXPECT_EQ(buffer, before);
+    EXPECT_EQ(size, 5U);
+    EXPECT_EQ(Calls(), (Lines{Read(0x9000, 8) + Format(" = 0x%x", status)}));
+
+    uint32_t word = 0;
+    PORT_REGISTER_STACK_ENTRY entries[] = {{0x2000, &word, 4}, {0x9000, buffer.data(), 5}, {0x2000, &word, 4}};
+    size_t count = 3;
+    Script().On(Match(Op::ControlRead).Address(0x9000), Bang(status).Bytes(std::vector<uint8_t>(8, 9)));
+    EXPECT_GC_CODE(code, Gc().GCReadPortStacked(m_hPort, entries, &count));
+    EXPECT_EQ(count, 1U);
+    EXPECT_EQ(buffer, before);
+    EXPECT_EQ(entries[1].Size, 5U);
+    EXPECT_EQ(Calls().size(), 2U);
+  }
+}
+
 // More than any memory holds: refused ahead of the camera, and the port goes on.
 TEST_F(RemotePort, ReadOfAnAbsurdSizeFails) {
   uint32_t word = 0x11223344;
@@ -272,6 +300,16 @@ TEST_F(RemotePortDeathTest, TransferOfNothingIsAnAssertion) {
   size_t count = 1;
   EXPECT_DEATH(Gc().GCReadPortStacked(m_hPort, &entry, &count), "nSize != 0");
   EXPECT_DEATH(Gc().GCWritePortStacked(m_hPort, &entry, &count), "nSize != 0");
+}
+
+// Rounding leaves a size of nothing at nothing.
+TEST_F(RemotePortDeathTest, ReadOfNothingAtANotedAddressIsAnAssertion) {
+  SetCamera(CCamera().Url(0, "Local:a.xml;9000;D"));
+  Parse();
+  uint32_t word = 0;
+  PORT_REGISTER_STACK_ENTRY entry{0x9000, &word, 0};
+  size_t count = 1;
+  EXPECT_DEATH(Gc().GCReadPortStacked(m_hPort, &entry, &count), "nSize != 0");
 }
 
 // Rounding of the XML's read ------------------------------------------------------------------------------------------

@@ -127,12 +127,14 @@ TEST_F(RemoteUrl, VersionsAreThoseOfTheEntryAskedFor) {
 TEST_F(RemoteUrl, IndexBehindTheManifestFailsAndSelectsNothing) {
   Script().SetCamera(kBoard, kChannel, CCamera().ManifestSize(2));
   OpenPort();
-  for (const uint32_t index : {2U, 3U, 1000U}) {
+  // The message takes the index for a signed number.
+  for (const uint32_t index : {2U, 3U, 1000U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
     for (const URL_INFO_CMD command : {0, 1, 5, 6, 1000}) {
       INFO_DATATYPE type = 0;
       size_t size = 0;
-      EXPECT_GC(GC_ERR_INVALID_PARAMETER, Format("URL Index %u is out of range", index),
-                Gc().GCGetPortURLInfo(m_hPort, index, command, &type, nullptr, &size));
+      EXPECT_GC_FROM(GC_ERR_INVALID_PARAMETER, Format("URL Index %d is out of range", static_cast<int32_t>(index)),
+                     "GenICam::Client::CDevicePortCxp::GetPortURLInfo",
+                     Gc().GCGetPortURLInfo(m_hPort, index, command, &type, nullptr, &size));
       EXPECT_EQ(Calls(), (Lines{Read(0x8)}));
     }
   }
@@ -308,6 +310,7 @@ constexpr ParseRow kParsed[] = {
     {"Local:with blank.xml;9000;10", 0x9000},
     {"Local:a.xml;9000;", 0x9000},
     {"Local:a.xml;fedcba9876543210;10", 0xFEDCBA9876543210ULL},
+    {"Local:a.xml;100000000000009000;10", 0x9000},  // of more than 64 bits the low ones
     {"file:///a.xml;9000;10", 0},
     {"http://a.xml;9000;10", 0},
     {"Loca:a.xml;9000;10", 0},
@@ -421,6 +424,34 @@ TEST_F(RemoteUrlSettings, DebugUrlTakesThePlaceOfTheCameras) {
             Gc().GCGetPortURLInfo(port, 1, URL_INFO_URL, &type, nullptr, &size));
 }
 
+TEST_F(RemoteUrlSettings, DebugUrlNeedsRoomForItsTwoZeros) {
+  m_Settings.Text("DebugCameraURL", "cam.xml");
+  Apply();
+  PORT_HANDLE port = OpenRemotePort();
+  const std::string url = "file:///cam.xml";
+  const auto ask = [port](size_t capacity) {
+    return AskInfoOnce(
+        [port](INFO_DATATYPE *type, void *buffer, size_t *size) {
+          return Gc().GCGetPortURLInfo(port, 0, URL_INFO_URL, type, buffer, size);
+        },
+        capacity);
+  };
+  for (const size_t size : {size_t{1}, url.size(), url.size() + 1}) {
+    SCOPED_TRACE(size);
+    const Info info = ask(size);
+    EXPECT_EQ(info.result, GC_ERR_INVALID_PARAMETER);
+    EXPECT_EQ(info.type, INFO_DATATYPE_STRING);
+    EXPECT_EQ(info.size, size);
+    const std::optional<FailureText> text = SplitFailureText(LastError().text);
+    ASSERT_TRUE(text.has_value());
+    EXPECT_EQ(text->message, "Invalid Buffer Size.");
+  }
+  const Info info = ask(url.size() + 2);
+  EXPECT_EQ(info.result, GC_ERR_SUCCESS);
+  EXPECT_EQ(info.size, url.size() + 2);
+  EXPECT_EQ(info.Text(), url);
+}
+
 TEST_F(RemoteUrlSettings, DebugUrlIsOnWhenNothingElseIsSaid) {
   m_Settings.Text("DebugCameraURL", "cam.xml");
   Apply();
@@ -451,9 +482,9 @@ class RemoteDump : public RemoteUrlSettings {
   }
   void Parse() { EXPECT_EQ(UrlInfo(m_hPort, 0, URL_INFO_URL).result, GC_ERR_SUCCESS); }
   // The file, whatever separates folder and name on this platform.
-  std::optional<std::string> Dump() const {
+  std::optional<std::string> Dump(const std::string &name = "dump.xml") const {
     for (const char *separator : {"/", "\\"}) {
-      if (std::optional<std::string> content = ReadFile(m_Directory.Path() + separator + "dump.xml")) {
+      if (std::optional<std::string> content = ReadFile(m_Directory.Path() + separator + name)) {
         return content;
       }
     }
@@ -488,6 +519,35 @@ TEST_F(RemoteDump, NeedsItsSwitch) {
   Parse();
   ReadBytes(m_hPort, 0x9000, 7);
   EXPECT_EQ(Dump(), std::nullopt);
+}
+
+// Without a folder the file would land wherever its name leads from the root.
+TEST_F(RemoteDump, NeedsAFolder) {
+  OpenAt("", 1);
+  const std::string path = m_Directory.Path() + "/dump.xml";
+  Script().SetCamera(kBoard, kChannel,
+                     CCamera().Url(0, "Local:" + path.substr(1) + ";9000;7").Text(0x9000, "<a></a>", 7));
+  Parse();
+  EXPECT_EQ(ReadText(m_hPort, 0x9000, 7), "<a></a>");
+  EXPECT_EQ(Dump(), std::nullopt);
+}
+
+// A URL takes the place of an earlier one that named the same address.
+TEST_F(RemoteDump, HasTheNameOfTheLatestUrl) {
+  OpenAt(m_Directory.Path(), 1);
+  Script().SetCamera(
+      kBoard, kChannel,
+      CCamera().Url(0, "Local:first.xml;9000;7").Url(1, "Local:second.xml;9000;7").Text(0x9000, "<a></a>", 7));
+  for (const uint32_t index : {0U, 1U}) {
+    EXPECT_EQ(UrlInfo(m_hPort, index, URL_INFO_URL).result, GC_ERR_SUCCESS);
+  }
+  ReadBytes(m_hPort, 0x9000, 7);
+  EXPECT_EQ(Dump("first.xml"), std::nullopt);
+  EXPECT_EQ(Dump("second.xml"), "<a></a>");
+  Parse();
+  ReadBytes(m_hPort, 0x9000, 3);
+  EXPECT_EQ(Dump("first.xml"), "<a>");
+  EXPECT_EQ(Dump("second.xml"), "<a></a>");
 }
 
 TEST_F(RemoteDump, IntoAFolderThatIsNotThereIsNoFailure) {

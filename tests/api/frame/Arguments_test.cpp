@@ -231,6 +231,7 @@ struct AnswerRow {
   const char *name;
   INFO_DATATYPE type;  ///< Info::kUntouchedType: the function has none
   GC_ERROR (*call)(const Functions &gc, const Tree &tree, INFO_DATATYPE *type, void *buffer, size_t *size);
+  const char *marshaller = "SetReturnParam";  ///< whom a failure names
 };
 std::ostream &operator<<(std::ostream &out, const AnswerRow &row) { return out << row.name; }
 
@@ -269,13 +270,15 @@ const AnswerRow kAnswers[] = {
        return gc.DevGetDataStreamID(t.device, 0, static_cast<char *>(b), s);
      }},
     {"DSGetInfo", 12,
-     [](F gc, T t, auto *y, void *b, size_t *s) { return gc.DSGetInfo(t.stream, STREAM_INFO_NUM_QUEUED, y, b, s); }},
+     [](F gc, T t, auto *y, void *b, size_t *s) { return gc.DSGetInfo(t.stream, STREAM_INFO_NUM_QUEUED, y, b, s); },
+     "SetReturnParamSize_t"},
     {"DSGetInfoUint64", 8,
      [](F gc, T t, auto *y, void *b, size_t *s) { return gc.DSGetInfo(t.stream, STREAM_INFO_NUM_DELIVERED, y, b, s); }},
     {"DSGetBufferInfo", 12,
      [](F gc, T t, auto *y, void *b, size_t *s) {
        return gc.DSGetBufferInfo(t.stream, t.buffer, BUFFER_INFO_SIZE, y, b, s);
-     }},
+     },
+     "SetReturnParamSize_t"},
     {"GCGetPortInfo", 1,
      [](F gc, T t, auto *y, void *b, size_t *s) { return gc.GCGetPortInfo(t.iface, PORT_INFO_MODULE, y, b, s); }},
     {"GCGetPortURLInfo", 1,
@@ -323,8 +326,8 @@ TEST_P(AnswerSize, OneByteTooFewFailsWithTheTypeAndWithoutTheNeed) {
   std::vector<uint8_t> buffer(needed, 0xEE);
   size_t size = needed - 1;
   m_iType = kNone;
-  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Invalid Buffer Size.",
-            GetParam().call(Gc(), m_Tree, &m_iType, buffer.data(), &size));
+  EXPECT_GC_FROM(GC_ERR_INVALID_PARAMETER, "Invalid Buffer Size.", Exported(GetParam().marshaller).c_str(),
+                 GetParam().call(Gc(), m_Tree, &m_iType, buffer.data(), &size));
   EXPECT_EQ(needed - 1, size);
   EXPECT_EQ(GetParam().type, m_iType);
   EXPECT_EQ(std::vector<uint8_t>(needed, 0xEE), buffer);

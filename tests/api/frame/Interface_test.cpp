@@ -370,6 +370,15 @@ TEST_F(InterfaceTest, ShorterNamesEndWhereTheyEnd) {
   EXPECT_EQ((Selection{"Channel #2", "V", "M", "V M(Channel #2)", 1}), Selected());
 }
 
+// The register keeps the tail of a longer text behind the end of a shorter one.
+TEST_F(InterfaceTest, TailOfTheLongerTextStaysInTheRegister) {
+  Update();
+  const std::vector<uint8_t> bytes = ReadBytes(m_hInterface, 0x380, 256);
+  std::string expected = std::string("Channel #1\0\0", 12) + "lected";
+  expected.resize(256, '\0');
+  EXPECT_EQ(expected, std::string(bytes.begin(), bytes.end()));
+}
+
 // ---------------------------------------------------------------------------------------------------------------------
 // The list
 // ---------------------------------------------------------------------------------------------------------------------
@@ -410,6 +419,54 @@ TEST_F(InterfaceTest, LastSelectionStaysWhenAllCamerasGo) {
   EXPECT_TRUE(Update());
   EXPECT_EQ(0U, ReadU32(m_hInterface, 0x480));
   EXPECT_EQ(kFirst, Selected());
+}
+
+// Catches a selector that is reset though the list is empty.
+TEST_F(InterfaceTest, SelectorStaysWhenAllCamerasGo) {
+  Update();
+  ASSERT_EQ(GC_ERR_SUCCESS, WriteU32(m_hInterface, 0x484, 1));
+  Script().RemoveCamera(GRB_BOARD_1, GRB_CHANNEL_1);
+  Script().RemoveCamera(GRB_BOARD_1, GRB_CHANNEL_2);
+  EXPECT_TRUE(Update());
+  EXPECT_EQ(0U, ReadU32(m_hInterface, 0x480));
+  EXPECT_EQ(1U, ReadU32(m_hInterface, 0x484));
+  EXPECT_EQ(kSecond, Selected());
+}
+
+// Catches a list that counts as found only when something was found: each opening would search the hardware anew.
+TEST_F(InterfaceTest, EmptyListIsFoundOnceToo) {
+  Script().RemoveCamera(GRB_BOARD_1, GRB_CHANNEL_1);
+  Script().RemoveCamera(GRB_BOARD_1, GRB_CHANNEL_2);
+  EXPECT_FALSE(Update());
+  const size_t mark = Script().Mark();
+  DEV_HANDLE device = nullptr;
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Invalid Child's name: Channel #1",
+            Gc().IFOpenDevice(m_hInterface, "Channel #1", DEVICE_ACCESS_EXCLUSIVE, &device));
+  EXPECT_EQ(0U, Script().Calls(mark).size());
+  EXPECT_EQ(nullptr, device);
+}
+
+TEST_F(InterfaceTest, OpeningThatFailsHasFoundTheListAllTheSame) {
+  size_t mark = Script().Mark();
+  DEV_HANDLE device = nullptr;
+  const auto open = [&] { return Gc().IFOpenDevice(m_hInterface, "Channel #3", DEVICE_ACCESS_EXCLUSIVE, &device); };
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Invalid Child's name: Channel #3", open());
+  EXPECT_GT(Script().Calls(mark).size(), 0U);
+  EXPECT_EQ(2U, CountDevices());
+  mark = Script().Mark();
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Invalid Child's name: Channel #3", open());
+  EXPECT_EQ(0U, Script().Calls(mark).size());
+}
+
+TEST_F(InterfaceTest, BadPointersAreRefusedAheadOfTheFirstDiscovery) {
+  const size_t mark = Script().Mark();
+  DEV_HANDLE device = nullptr;
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Null pointer for Device name.",
+            Gc().IFOpenDevice(m_hInterface, nullptr, DEVICE_ACCESS_EXCLUSIVE, &device));
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Null DEV_HANDLE pointer.",
+            Gc().IFOpenDevice(m_hInterface, "Channel #1", DEVICE_ACCESS_EXCLUSIVE, nullptr));
+  EXPECT_EQ(0U, Script().Calls(mark).size());
+  EXPECT_EQ(0U, CountDevices());
 }
 
 TEST_F(InterfaceTest, NewCamerasStandBehindTheKnown) {

@@ -1,10 +1,17 @@
 // SPDX-License-Identifier: MIT
 /// @file
 /// Loading and unloading the Producer: several rounds, with threads that outlive it, and at the end of the process.
+#include <algorithm>
 #include <condition_variable>
+#include <cstdio>
 #include <cstdlib>
+#include <dlfcn.h>
+#include <filesystem>
 #include <future>
+#include <iterator>
 #include <mutex>
+#include <string>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -58,6 +65,61 @@ TEST_P(LoadingMode, Works) {
 INSTANTIATE_TEST_SUITE_P(Modes, LoadingMode,
                          testing::Values(LoadMode::LazyLocal, LoadMode::NowLocal, LoadMode::LazyGlobal,
                                          LoadMode::NowGlobal));
+
+/// Sends the process to a folder for a scope.
+class CWorkingDirectory {
+ public:
+  explicit CWorkingDirectory(const std::filesystem::path &path) : m_Old(std::filesystem::current_path()) {
+    std::filesystem::current_path(path);
+  }
+  ~CWorkingDirectory() {
+    std::error_code ignored;
+    std::filesystem::current_path(m_Old, ignored);
+  }
+  CWorkingDirectory(const CWorkingDirectory &) = delete;
+  CWorkingDirectory &operator=(const CWorkingDirectory &) = delete;
+
+ private:
+  std::filesystem::path m_Old;
+};
+
+class RelativeName : public LoadingTest, public testing::WithParamInterface<bool> {};
+
+// The path has to be found out while the library is being loaded: later the process may stand elsewhere.
+TEST_P(RelativeName, GivesTheWholePathAllTheSame) {
+  CProducer::Instance().Unload();
+  const std::filesystem::path file = std::filesystem::canonical(CProducer::Path());
+  const std::string folder = file.parent_path().filename().string();
+  const std::string name = (GetParam() ? "../" + folder + "/" : "./") + file.filename().string();
+  void *library = nullptr;
+  {
+    const CWorkingDirectory here(file.parent_path());
+    library = dlopen(name.c_str(), RTLD_LAZY | RTLD_LOCAL);
+  }
+  ASSERT_NE(nullptr, library) << dlerror();
+  const auto init = reinterpret_cast<PGCInitLib>(dlsym(library, "GCInitLib"));
+  const auto close = reinterpret_cast<PGCCloseLib>(dlsym(library, "GCCloseLib"));
+  const auto getInfo = reinterpret_cast<PGCGetInfo>(dlsym(library, "GCGetInfo"));
+  ASSERT_EQ(GC_ERR_SUCCESS, init());
+  const auto textOf = [getInfo](TL_INFO_CMD command) {
+    char text[4096] = {};
+    size_t size = sizeof(text);
+    INFO_DATATYPE type = INFO_DATATYPE_UNKNOWN;
+    EXPECT_EQ(GC_ERR_SUCCESS, getInfo(command, &type, text, &size));
+    return std::string(text);
+  };
+  EXPECT_EQ(file.string(), textOf(TL_INFO_PATHNAME));
+  EXPECT_EQ(file.filename().string(), textOf(TL_INFO_ID));
+  EXPECT_EQ(file.filename().string(), textOf(TL_INFO_NAME));
+  EXPECT_EQ(GC_ERR_SUCCESS, close());
+  EXPECT_EQ(0, dlclose(library));
+  CProducer::Instance().Load();
+}
+
+INSTANTIATE_TEST_SUITE_P(Names, RelativeName, testing::Values(false, true),
+                         [](const testing::TestParamInfo<bool> &row) {
+                           return row.param ? "ThroughTheParent" : "BesideTheProcess";
+                         });
 
 TEST_F(LoadingTest, LoadingAloneTouchesNoHardware) {
   CProducer::Instance().Unload();
@@ -191,6 +253,34 @@ TEST_F(ProcessDeathTest, EndsCleanlyWhileInitialised) {
         std::exit(0);
       },
       testing::ExitedWithCode(0), "");
+}
+
+TL_HANDLE g_hAtExit = nullptr;
+
+/// Runs behind the end of the library's own objects.
+void CloseBehindTheEnd() {
+  const GC_ERROR results[] = {Gc().TLClose(nullptr), Gc().TLClose(g_hAtExit), Gc().GCCloseLib(), Gc().GCCloseLib()};
+  constexpr GC_ERROR kDue[] = {GC_ERR_INVALID_HANDLE, GC_ERR_SUCCESS, GC_ERR_SUCCESS, GC_ERR_NOT_INITIALIZED};
+  for (const GC_ERROR result : results) {
+    std::fprintf(stderr, "%d ", result);
+  }
+  std::_Exit(std::equal(std::begin(results), std::end(results), std::begin(kDue)) ? 0 : 1);
+}
+
+// A Consumer's global object that was there before the library, and closes it in its destructor. There is no place for
+// texts any more, but what has been done is done: GC_ERR_ERROR would be a lie.
+TEST_F(ProcessDeathTest, ClosesBehindTheEndOfMain) {
+  testing::FLAGS_gtest_death_test_style = "threadsafe";
+  EXPECT_EXIT(
+      {
+        CProducer::Instance().Unload();
+        std::atexit(CloseBehindTheEnd);
+        CProducer::Instance().Load();
+        Gc().GCInitLib();
+        Gc().TLOpen(&g_hAtExit);
+        std::exit(2);
+      },
+      testing::ExitedWithCode(0), "-1006 0 0 -1002 ");
 }
 
 // A daemon thread that goes on calling while the process ends: what it uses must not go before it does.

@@ -2,7 +2,9 @@
 /// @file
 /// The functions that work on any port or event: reads, writes, stacks, URLs, registration.
 #include <cstring>
+#include <new>
 #include <string>
+#include <sys/mman.h>
 #include <vector>
 
 #include "Tree.h"
@@ -53,7 +55,12 @@ TEST_F(Ports, NullBufferWithASizeIsTheModulesAnswer) {
 TEST_F(Ports, NullBufferWithSizeZeroIsTheModulesAnswer) {
   size_t size = 0;
   EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Null data pointer", Gc().GCReadPort(m_Tree.system, 0x4, nullptr, &size));
-  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "pBuffer is not valid.", Gc().GCReadPort(m_Tree.iface, 0x4, nullptr, &size));
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Null data pointer", Gc().GCWritePort(m_Tree.system, 0x8, nullptr, &size));
+  for (void *port : {m_Tree.iface, m_Tree.device, m_Tree.stream}) {
+    EXPECT_GC(GC_ERR_INVALID_PARAMETER, "pBuffer is not valid.", Gc().GCReadPort(port, 0x4, nullptr, &size));
+    EXPECT_GC(GC_ERR_INVALID_PARAMETER, "pBuffer is not valid.", Gc().GCWritePort(port, 0x4, nullptr, &size));
+  }
+  EXPECT_EQ(0U, size);
 }
 
 struct AddressRow {
@@ -168,6 +175,51 @@ TEST_P(Stacks, EntriesAreCheckedByTheModule) {
   EXPECT_EQ(0U, count);
 }
 
+/// A page that can be read only.
+class CReadOnlyPage {
+ public:
+  explicit CReadOnlyPage(const PORT_REGISTER_STACK_ENTRY &entry)
+      : m_pPage(mmap(nullptr, kSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)) {
+    if (m_pPage == MAP_FAILED) {
+      throw std::bad_alloc();
+    }
+    std::memcpy(m_pPage, &entry, sizeof(entry));
+    EXPECT_EQ(0, mprotect(m_pPage, kSize, PROT_READ));
+  }
+  ~CReadOnlyPage() { munmap(m_pPage, kSize); }
+  CReadOnlyPage(const CReadOnlyPage &) = delete;
+  CReadOnlyPage &operator=(const CReadOnlyPage &) = delete;
+  PORT_REGISTER_STACK_ENTRY *Entries() const { return static_cast<PORT_REGISTER_STACK_ENTRY *>(m_pPage); }
+
+ private:
+  static constexpr size_t kSize = 4096;
+  void *m_pPage;
+};
+
+// No port changes a size, so none is written back: tables of entries may be constant, and threads may share one.
+TEST_P(Stacks, EntriesAreOnlyRead) {
+  uint32_t word = 0;
+  const CReadOnlyPage page({0x8, &word, 4});
+  size_t count = 1;
+  EXPECT_GC_OK(Call(m_Tree.system, page.Entries(), &count));
+  EXPECT_EQ(1U, count);
+}
+
+// The record is packed: a table may begin at any address.
+TEST_P(Stacks, EntriesMayStandAtAnOddAddress) {
+  uint32_t words[2] = {};
+  const PORT_REGISTER_STACK_ENTRY entries[2] = {{0x8, &words[0], 4}, {0x8, &words[1], 4}};
+  alignas(16) uint8_t bytes[sizeof(entries) + 2];
+  std::memset(bytes, 0xEE, sizeof(bytes));
+  std::memcpy(bytes + 1, entries, sizeof(entries));
+  size_t count = 2;
+  EXPECT_GC_OK(Call(m_Tree.system, reinterpret_cast<PORT_REGISTER_STACK_ENTRY *>(bytes + 1), &count));
+  EXPECT_EQ(2U, count);
+  EXPECT_EQ(0, std::memcmp(bytes + 1, entries, sizeof(entries)));
+  EXPECT_EQ(0xEE, bytes[0]);
+  EXPECT_EQ(0xEE, bytes[sizeof(bytes) - 1]);
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Functions, Stacks,
     testing::Values(
@@ -248,13 +300,23 @@ struct UrlRow {
   const char *name;
   void *Tree::*handle;
   const char *url;
-  const char *unknownCommand;  ///< the text for command 6
+  const char *file;
+  const char *unknownCommands[3];  ///< the texts for the commands 6, -1 and 1000
 };
 std::ostream &operator<<(std::ostream &out, const UrlRow &row) { return out << row.name; }
 
 const UrlRow kUrls[] = {
-    {"System", &Tree::system, "Local:LumivexTLSystem.xml;940;24c0", "Invalid URL_INFO_CMD Command 00000006"},
-    {"Interface", &Tree::iface, "Local:LumivexTLInterface.xml;700;1c88", "Invalid URL Info Command 6"},
+    {"System",
+     &Tree::system,
+     "Local:LumivexTLSystem.xml;940;24c0",
+     "LumivexTLSystem.xml",
+     {"Invalid URL_INFO_CMD Command 00000006", "Invalid URL_INFO_CMD Command FFFFFFFF",
+      "Invalid URL_INFO_CMD Command 000003E8"}},
+    {"Interface",
+     &Tree::iface,
+     "Local:LumivexTLInterface.xml;700;1c88",
+     "LumivexTLInterface.xml",
+     {"Invalid URL Info Command 6", "Invalid URL Info Command -1", "Invalid URL Info Command 1000"}},
 };
 
 class ModuleUrl : public TreeTest, public testing::WithParamInterface<UrlRow> {
@@ -327,6 +389,10 @@ TEST_P(ModuleUrl, OtherIndicesAreOutOfRange) {
               Gc().GCGetPortURLInfo(Port(), 1, command, &type, buffer, &size));
     EXPECT_GC(GC_ERR_INVALID_PARAMETER, "URL Index 77 is out of range",
               Gc().GCGetPortURLInfo(Port(), 77, command, &type, nullptr, &size));
+    EXPECT_GC(GC_ERR_INVALID_PARAMETER, "URL Index -1 is out of range",
+              Gc().GCGetPortURLInfo(Port(), 0xFFFFFFFFU, command, &type, nullptr, &size));
+    EXPECT_GC(GC_ERR_INVALID_PARAMETER, "URL Index -2147483648 is out of range",
+              Gc().GCGetPortURLInfo(Port(), 0x80000000U, command, &type, nullptr, &size));
   }
   EXPECT_EQ(-77, type);
 }
@@ -334,10 +400,12 @@ TEST_P(ModuleUrl, OtherIndicesAreOutOfRange) {
 TEST_P(ModuleUrl, OtherCommandsAreRefused) {
   INFO_DATATYPE type = -77;
   size_t size = 0;
-  EXPECT_GC(GC_ERR_INVALID_PARAMETER, GetParam().unknownCommand,
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, GetParam().unknownCommands[0],
             Gc().GCGetPortURLInfo(Port(), 0, 6, &type, nullptr, &size));
-  EXPECT_GC_CODE(GC_ERR_INVALID_PARAMETER, Gc().GCGetPortURLInfo(Port(), 0, -1, &type, nullptr, &size));
-  EXPECT_GC_CODE(GC_ERR_INVALID_PARAMETER, Gc().GCGetPortURLInfo(Port(), 0, 1000, &type, nullptr, &size));
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, GetParam().unknownCommands[1],
+            Gc().GCGetPortURLInfo(Port(), 0, -1, &type, nullptr, &size));
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, GetParam().unknownCommands[2],
+            Gc().GCGetPortURLInfo(Port(), 0, 1000, &type, nullptr, &size));
   EXPECT_EQ(-77, type);
 }
 
@@ -351,8 +419,10 @@ TEST_P(ModuleUrl, NamesTheWholeText) {
   EXPECT_LT(text.size(), url->size);
   EXPECT_LE(url->size - text.size(), 4U);
   EXPECT_EQ(0, bytes.back());
-  EXPECT_NE(std::string::npos, text.find("<RegisterDescription"));
-  EXPECT_NE(std::string::npos, text.find("</RegisterDescription>"));
+  auto file = ReadFile(std::string(LUMIVEX_XML_DIR "/") + GetParam().file);
+  ASSERT_TRUE(file);
+  file->resize(url->size, '\0');
+  EXPECT_TRUE(*file == std::string(bytes.begin(), bytes.end())) << "not the file, byte for byte, and zeros";
 }
 
 TEST_P(ModuleUrl, TextEndsTheMap) {
@@ -393,6 +463,92 @@ TEST_F(Ports, EveryMapHasOneUrl) {
     EXPECT_EQ(1U, count);
   }
 }
+
+TEST_F(Ports, DeviceAndStreamDeliverTheirFilesToo) {
+  const struct {
+    PORT_HANDLE port;
+    const char *file;
+  } rows[] = {{m_Tree.device, "LumivexTLDevice.xml"}, {m_Tree.stream, "LumivexTLDataStream.xml"}};
+  for (const auto &row : rows) {
+    const auto file = ReadFile(std::string(LUMIVEX_XML_DIR "/") + row.file);
+    ASSERT_TRUE(file) << row.file;
+    EXPECT_TRUE(*file == ReadXml(row.port)) << row.file;
+  }
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Whom a failure names
+// ---------------------------------------------------------------------------------------------------------------------
+
+/// What the modules have in common is written once, yet a failure names the module's own operation and its file.
+struct ThrowerRow {
+  const char *name;
+  void *Tree::*handle;
+  const char *module;    ///< its class
+  const char *file;      ///< the class' own
+  const char *urlMaker;  ///< who refuses a URL's buffer, and in which file
+  const char *urlFile;
+};
+std::ostream &operator<<(std::ostream &out, const ThrowerRow &row) { return out << row.name; }
+
+class Thrower : public TreeTest, public testing::WithParamInterface<ThrowerRow> {
+ protected:
+  void *Port() { return m_Tree.*GetParam().handle; }
+  /// "function in file" of this thread's failure.
+  static std::string Place() {
+    const ErrorRecord record = LastError();
+    const auto pieces = SplitFailureText(record.text);
+    return pieces ? pieces->function + " in " + pieces->file : record.text;
+  }
+  static std::string Own(const char *operation) {
+    return Exported(GetParam().module) + "::" + operation + " in " + GetParam().file;
+  }
+  INFO_DATATYPE m_iType = 0;
+  size_t m_iSize = 0;
+};
+
+TEST_P(Thrower, OfAnUnknownPortCommandIsTheModule) {
+  EXPECT_EQ(GC_ERR_INVALID_PARAMETER, Gc().GCGetPortInfo(Port(), 99, &m_iType, nullptr, &m_iSize));
+  EXPECT_EQ(Own("GetPortInfo"), Place());
+}
+
+TEST_P(Thrower, OfAnUnknownUrlCommandIsTheModule) {
+  EXPECT_EQ(GC_ERR_INVALID_PARAMETER, Gc().GCGetPortURLInfo(Port(), 0, 99, &m_iType, nullptr, &m_iSize));
+  EXPECT_EQ(Own("GetPortURLInfo"), Place());
+}
+
+TEST_P(Thrower, OfAUrlIndexIsTheModule) {
+  EXPECT_EQ(GC_ERR_INVALID_PARAMETER, Gc().GCGetPortURLInfo(Port(), 77, URL_INFO_URL, &m_iType, nullptr, &m_iSize));
+  EXPECT_EQ(Own("GetPortURLInfo"), Place());
+}
+
+TEST_P(Thrower, OfASmallBufferForTheUrl) {
+  char url[1] = {};
+  m_iSize = sizeof(url);
+  EXPECT_EQ(GC_ERR_INVALID_PARAMETER, Gc().GCGetPortURL(Port(), url, &m_iSize));
+  EXPECT_EQ(Exported(GetParam().urlMaker) + " in " + GetParam().urlFile, Place());
+}
+
+TEST_P(Thrower, OfAnUnknownEventIsTheModule) {
+  EVENT_HANDLE event = nullptr;
+  EXPECT_NE(GC_ERR_SUCCESS, Gc().GCRegisterEvent(Port(), 99, &event));
+  EXPECT_EQ(Own("Register"), Place());
+  EXPECT_NE(GC_ERR_SUCCESS, Gc().GCUnregisterEvent(Port(), 99));
+  EXPECT_EQ(Own("Unregister"), Place());
+}
+
+INSTANTIATE_TEST_SUITE_P(Modules, Thrower,
+                         testing::Values(ThrowerRow{"System", &Tree::system, "CTL", "TL.cpp", "CTL::GetURL", "TL.cpp"},
+                                         ThrowerRow{"Interface", &Tree::iface, "CInterface", "Interface.cpp",
+                                                    "CInterface::GetURL", "Interface.cpp"},
+                                         // Device and camera hand their URL out in the way of the other answers.
+                                         ThrowerRow{"Device", &Tree::device, "CDevice", "Device.cpp", "SetReturnParam",
+                                                    "Helper.cpp"},
+                                         ThrowerRow{"Camera", &Tree::remote, "CDevicePortCxp", "DevicePortCxp.cpp",
+                                                    "SetReturnParam", "Helper.cpp"},
+                                         ThrowerRow{"DataStream", &Tree::stream, "CDataStream", "DataStream.cpp",
+                                                    "CDataStream::GetURL", "DataStream.cpp"}),
+                         [](const testing::TestParamInfo<ThrowerRow> &row) { return std::string(row.param.name); });
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Events

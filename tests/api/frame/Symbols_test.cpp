@@ -97,8 +97,10 @@ class BuiltFile : public testing::Test {
   void SetUp() override {
     auto bytes = ReadFile(CProducer::Path());
     ASSERT_TRUE(bytes);
+    m_strBytes = *bytes;
     m_File.emplace(std::move(*bytes));
   }
+  std::string m_strBytes;
   std::optional<CElfFile> m_File;
 };
 
@@ -147,6 +149,18 @@ TEST_F(BuiltFile, ImportsTheElevenOperationsOfTheGrabberLibrary) {
   EXPECT_EQ((Names{"GRB_Create", "GRB_Destroy", "GRB_Open", "GRB_Close", "GRB_ParameterGet", "GRB_ParameterSet",
                    "GRB_Action", "GRB_StreamRead", "GRB_ControlRead", "GRB_ControlWrite", "GRB_ErrHandlerDefault"}),
             operations);
+}
+
+// All five, BUFFREGS too, which nothing in the library reads.
+TEST_F(BuiltFile, HoldsEachDescriptionOnceByteForByte) {
+  for (const char *name : {"LumivexTLSystem.xml", "LumivexTLInterface.xml", "LumivexTLDevice.xml",
+                           "LumivexTLDataStream.xml", "LumivexTLBuffer.xml"}) {
+    const auto xml = ReadFile(std::string(LUMIVEX_XML_DIR "/") + name);
+    ASSERT_TRUE(xml) << name;
+    const size_t first = m_strBytes.find(*xml);
+    ASSERT_NE(std::string::npos, first) << name;
+    EXPECT_EQ(std::string::npos, m_strBytes.find(*xml, first + 1)) << name;
+  }
 }
 
 // The system starts no thread.

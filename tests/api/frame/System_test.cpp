@@ -306,6 +306,81 @@ TEST_F(SystemTest, NoBoards) {
   EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Child #0 does not exist.", Gc().TLGetInterfaceID(m_hSystem, 0, nullptr, &size));
 }
 
+// A list that has been emptied is not one that was empty from the begin: 0x8 and 0x740 hold what they held.
+TEST_F(SystemTest, LastSelectionStaysWhenAllBoardsGo) {
+  Script().SetBoard(GRB_BOARD_2);
+  Update();
+  ASSERT_EQ(GC_ERR_SUCCESS, WriteU32(m_hSystem, 0x8, 1));
+  Script().RemoveAllBoards();
+  EXPECT_TRUE(Update());
+  EXPECT_EQ(0U, ReadU32(m_hSystem, 0x4));
+  EXPECT_EQ(1U, ReadU32(m_hSystem, 0x8));
+  EXPECT_EQ("GL-CXP4-#2", SelectedId());
+}
+
+TEST_F(SystemTest, SelectorOfAnEmptiedListEmptiesTheId) {
+  Script().SetBoard(GRB_BOARD_2);
+  Update();
+  ASSERT_EQ(GC_ERR_SUCCESS, WriteU32(m_hSystem, 0x8, 1));
+  Script().RemoveAllBoards();
+  Update();
+  EXPECT_EQ(GC_ERR_SUCCESS, WriteU32(m_hSystem, 0x8, 9));
+  EXPECT_EQ(9U, ReadU32(m_hSystem, 0x8));
+  EXPECT_EQ("", SelectedId());
+  const std::vector<uint8_t> bytes = ReadBytes(m_hSystem, 0x740, 12);
+  EXPECT_EQ(std::string("\0\0\0\0XP4-#2\0\0", 12), std::string(bytes.begin(), bytes.end()))
+      << "one word is written, the tail of the longer text stays";
+}
+
+// Catches a list that counts as found only when something was found: each query would search the hardware anew.
+TEST_F(SystemTest, EmptyListIsFoundOnceToo) {
+  Script().RemoveAllBoards();
+  EXPECT_EQ(0U, CountInterfaces());
+  const size_t mark = Script().Mark();
+  EXPECT_EQ(0U, CountInterfaces());
+  size_t size = 0;
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Child #0 does not exist.", Gc().TLGetInterfaceID(m_hSystem, 0, nullptr, &size));
+  IF_HANDLE iface = nullptr;
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Invalid Child's name: GL-CXP4-#1",
+            Gc().TLOpenInterface(m_hSystem, "GL-CXP4-#1", &iface));
+  EXPECT_EQ(0U, Script().Calls(mark).size());
+}
+
+// With a list that has been found these calls reach no hardware in any case; here they would.
+TEST_F(SystemTest, BadPointersAreRefusedAheadOfTheFirstDiscovery) {
+  const size_t mark = Script().Mark();
+  char text[8] = {};
+  size_t zero = 0;
+  size_t some = sizeof(text);
+  INFO_DATATYPE type = -77;
+  IF_HANDLE iface = nullptr;
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Null pointer for number of interface.",
+            Gc().TLGetNumInterfaces(m_hSystem, nullptr));
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Null size pointer.", Gc().TLGetInterfaceID(m_hSystem, 0, text, nullptr));
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Size of buffer cannot be null.",
+            Gc().TLGetInterfaceID(m_hSystem, 0, text, &zero));
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Null pointer for Interface name.",
+            Gc().TLOpenInterface(m_hSystem, nullptr, &iface));
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Null IF_HANDLE pointer.",
+            Gc().TLOpenInterface(m_hSystem, CScriptedGrb::kDefaultInterfaceId, nullptr));
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Null pointer for Interface name.",
+            Gc().TLGetInterfaceInfo(m_hSystem, nullptr, INTERFACE_INFO_ID, &type, text, &some));
+  EXPECT_GC(
+      GC_ERR_INVALID_PARAMETER, "Null type pointer.",
+      Gc().TLGetInterfaceInfo(m_hSystem, CScriptedGrb::kDefaultInterfaceId, INTERFACE_INFO_ID, nullptr, text, &some));
+  EXPECT_EQ(0U, Script().Calls(mark).size());
+  EXPECT_EQ(0U, ReadU32(m_hSystem, 0x4)) << "nothing has been found";
+  EXPECT_EQ(nullptr, iface);
+}
+
+TEST_F(SystemTest, UnknownIdIsRefusedBehindTheFirstDiscovery) {
+  const size_t mark = Script().Mark();
+  IF_HANDLE iface = nullptr;
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Invalid Child's name: nope", Gc().TLOpenInterface(m_hSystem, "nope", &iface));
+  EXPECT_GT(Script().Calls(mark).size(), 0U);
+  EXPECT_EQ(1U, ReadU32(m_hSystem, 0x4));
+}
+
 TEST_F(SystemTest, ChangeIsToldOnce) {
   EXPECT_TRUE(Update());
   EXPECT_FALSE(Update());

@@ -166,6 +166,17 @@ TEST_F(StreamTest, FailedAllocationShowsOnlyWhenTheMemoryIsAskedFor) {
   EXPECT_EQ(nullptr, base);
 }
 
+TEST_F(StreamTest, ProducersMemoryIsNotAnnouncedAgain) {
+  const BUFFER_HANDLE buffer = AllocOf(64);
+  void *const base = BufferPointer(buffer, BUFFER_INFO_BASE);
+  ASSERT_NE(nullptr, base);
+  BUFFER_HANDLE again = this;
+  EXPECT_GC_FROM(GC_ERR_RESOURCE_IN_USE, "Buffer already in use", "GenICam::Client::CDataStream::DSAnnounceBuffer",
+                 Gc().DSAnnounceBuffer(m_hStream, base, 64, nullptr, &again));
+  EXPECT_EQ(this, again);
+  EXPECT_EQ(1U, Announced());
+}
+
 // Revoking ------------------------------------------------------------------------------------------------------------
 
 TEST_F(StreamTest, RevocationGivesTheConsumersMemoryBack) {
@@ -238,8 +249,13 @@ TEST_F(StreamTest, AnotherStreamsBufferIsNotRevoked) {
   DS_HANDLE stream = nullptr;
   ASSERT_GC_OK(Gc().DevOpenDataStream(device, "Stream #1", &stream));
   EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Invalid Buffer Handle.", Gc().DSRevokeBuffer(stream, foreign, nullptr, nullptr));
-  EXPECT_GC_CODE(GC_ERR_INVALID_PARAMETER, Gc().DSQueueBuffer(stream, foreign)) << "nor queued";
+  EXPECT_GC_FROM(GC_ERR_INVALID_PARAMETER, "Invalid Buffer Handle.", "GenICam::Client::CDataStream::DSQueueBuffer",
+                 Gc().DSQueueBuffer(stream, foreign))
+      << "nor queued";
   EXPECT_FALSE(FlagsOf(foreign).queued);
+  const Info size = BufferInfo(stream, foreign, BUFFER_INFO_SIZE);
+  EXPECT_EQ(GC_ERR_SUCCESS, size.result) << "a question is the buffer's, whatever the stream";
+  EXPECT_EQ(PayloadSize(), size.As<size_t>());
   EXPECT_EQ(1U, Announced());
   EXPECT_GC_OK(Gc().DevClose(device));
 }

@@ -208,8 +208,9 @@ TEST_F(StreamTest, UnknownBufferInfos) {
   INFO_DATATYPE type = Info::kUntouchedType;
   size_t size = 9;
   for (const int32_t cmd : {26, 27, 28, 29, 30, 999, 1000, -1, INT32_MIN}) {
-    EXPECT_GC(GC_ERR_INVALID_PARAMETER, FormatId("Invalid DataStream BUFFER_INFO_CMD %ld", cmd),
-              Gc().DSGetBufferInfo(m_hStream, buffer, cmd, &type, nullptr, &size));
+    EXPECT_GC_FROM(GC_ERR_INVALID_PARAMETER, FormatId("Invalid DataStream BUFFER_INFO_CMD %ld", cmd),
+                   "GenICam::Client::CBufferInfo::GetInfo",
+                   Gc().DSGetBufferInfo(m_hStream, buffer, cmd, &type, nullptr, &size));
   }
   EXPECT_EQ(Info::kUntouchedType, type);
   EXPECT_EQ(9U, size);

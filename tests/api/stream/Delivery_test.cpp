@@ -249,7 +249,7 @@ TEST_F(StreamTest, UnqueuedBufferIsRefusedInBlockingMode) {
   const std::optional<FailureText> text = SplitFailureText(block.text);
   ASSERT_TRUE(text) << block.text;
   EXPECT_EQ("The buffer delivered by the acquisition engine was not queued.", text->message);
-  EXPECT_EQ(0U, text->function.find(kEngine)) << text->function;
+  EXPECT_EQ(std::string(kEngine) + "GRB_CallbackEvent", text->function);
   EXPECT_EQ("StreamImpl.cpp", text->file);
   EXPECT_EQ(0U, EventNumber(errors, EVENT_NUM_IN_QUEUE)) << "overflow and sync loss are skipped";
 
@@ -491,12 +491,12 @@ class OutOfMemory : public StreamTest {
  protected:
   static constexpr size_t kBuffers = 300;
 
-  size_t FramesUntilOneIsLost() {
+  size_t FramesUntilOneIsLost(unsigned requests = 1) {
     Script().SetQuiet(true);  // the library itself is to ask for nothing
     size_t frames = 0;
     bool lost = false;
     while (!lost && frames < kBuffers) {
-      const CFailingRequest fail;
+      const CFailingRequest fail(requests);
       Script().FireCallback(kReady);
       lost = fail.Happened();
       ++frames;
@@ -542,7 +542,63 @@ TEST_F(OutOfMemory, FailingReleaseOfAnUndeliverableFrameIsReportedToo) {
   EXPECT_EQ("std::bad_alloc", TakeError(errors).text);
   const ErrorBlock block = TakeError(errors);
   EXPECT_EQ(-10001, block.code);
-  EXPECT_EQ(": " + LibraryText("GRB_StreamRead"), SplitFailureText(block.text).value_or(FailureText{}).message);
+  const FailureText text = SplitFailureText(block.text).value_or(FailureText{});
+  EXPECT_EQ(": " + LibraryText("GRB_StreamRead"), text.message);
+  EXPECT_EQ(std::string(kEngine) + "GRB_CallbackEvent", text.function);
+}
+
+TEST_F(OutOfMemory, ReportThatFindsNoMemoryEitherIsLostAndNothingElse) {
+  const EVENT_HANDLE errors = ErrorEvent();
+  OpenStream();
+  SetSize(16, 1);
+  const std::vector<BUFFER_HANDLE> buffers = Run(kBuffers);
+  const size_t frames = FramesUntilOneIsLost(2);
+  EXPECT_EQ(frames, Delivered());
+  EXPECT_EQ(frames - 1, Awaiting());
+  EXPECT_EQ(1U, Script().StreamOf().releases) << "the slot is given back all the same";
+  EXPECT_EQ(0U, EventNumber(errors, EVENT_NUM_IN_QUEUE));
+  EXPECT_EQ(0U, EventNumber(errors, EVENT_NUM_FIRED));
+
+  Frame();
+  EXPECT_EQ(frames, Awaiting());
+  EXPECT_EQ(frames + 1, BufferNumber(buffers[frames], BUFFER_INFO_FRAMEID)) << "the run is in step";
+  ASSERT_TRUE(Script().FireCallback(kOverflow));
+  EXPECT_EQ(-10002, TakeError(errors).code) << "the event works on";
+}
+
+TEST_F(OutOfMemory, TestReportWithoutMemoryIsNoFailure) {
+  const EVENT_HANDLE errors = ErrorEvent();
+  GC_ERROR result = GC_ERR_CUSTOM_ID;
+  bool failed = false;
+  const uint32_t one = 1;
+  size_t size = sizeof(one);
+  {
+    const CFailingRequest fail;
+    result = Gc().GCWritePort(m_hStream, 0x14, &one, &size);
+    failed = fail.Happened();
+  }
+  EXPECT_TRUE(failed) << "nothing was asked for: another scene is needed";
+  EXPECT_EQ(GC_ERR_SUCCESS, result);
+  EXPECT_EQ(0U, EventNumber(errors, EVENT_NUM_FIRED));
+  EXPECT_GC_OK(Gc().GCWritePort(m_hStream, 0x14, &one, &size));
+  EXPECT_EQ(1U, EventNumber(errors, EVENT_NUM_IN_QUEUE));
+}
+
+TEST_F(OutOfMemory, FailureBehindATimedOutStopHasNobodyToGoTo) {
+  const EVENT_HANDLE errors = ErrorEvent();
+  OpenStream();
+  SetSize(16, 1);
+  Run(kBuffers);
+  Script().SetFinalCallback(FinalCallback::None);
+  GC_ERROR stopped = GC_ERR_SUCCESS;
+  Script().On(Match(Op::StreamRead, GRB_STREAM_RELEASE), Broken().Do([&](const Call &) {
+    std::thread([&] { stopped = Gc().DSStopAcquisition(m_hStream, ACQ_STOP_FLAGS_DEFAULT); }).join();
+  }));
+  FramesUntilOneIsLost();
+  EXPECT_EQ(GC_ERR_ERROR, stopped) << "its time ran out while the callback was held up";
+  EXPECT_EQ("std::bad_alloc", TakeError(errors).text);
+  EXPECT_EQ(0U, EventNumber(errors, EVENT_NUM_IN_QUEUE));
+  Script().SetFinalCallback(FinalCallback::OwnThread);
 }
 
 // The library's own thread --------------------------------------------------------------------------------------------
@@ -612,6 +668,21 @@ TEST_F(StreamTest, LookingOnDuringARunHarmsNothing) {
   over = true;
   looker.join();
   EXPECT_EQ(frames, Delivered());
+}
+
+TEST_F(StreamTest, WordsOfAFailureInTheCallbackStayOnItsThread) {
+  OpenStream();
+  Run(1, 1);
+  Script().On(Match(Op::StreamRead, GRB_STREAM_STOP), Broken());
+  std::thread consumer([&] {
+    Script().PostCallback(kReady).wait();
+    Script().PostCallback(kReady).wait();
+    EXPECT_EQ(1U, Count(GRB_STREAM_STOP)) << "the limit's stop failed, with words";
+    Script().On(Match(Op::ParameterSet, GRB_LUT_SHIFT), Reply::Status(kScriptedStatus));
+    EXPECT_GC(GC_ERR_ERROR, "Failed writing Device feature: GRB_LUT_SHIFT: ", WriteU32(m_hDevice, 0x1444, 1));
+  });
+  consumer.join();
+  Stop();
 }
 
 TEST_F(StreamTest, TwoStreamsDoNotMix) {

@@ -244,13 +244,34 @@ TEST_F(StreamTest, InputToOutputWakesAWaiter) {
 }
 
 TEST_F(StreamTest, DiscardBeginsWithTheNewest) {
-  Run(5);
+  const EVENT_HANDLE event = NewBufferEvent();
+  const std::vector<BUFFER_HANDLE> buffers = Run(5);
   Frame();
   Frame();
   Frame();
   Script().On(Match(Op::StreamRead, GRB_STREAM_RELEASE), Broken());
   EXPECT_GC(GC_ERR_ERROR, "Failed releasing buffer ID 0x00000002.: " + LibraryText("GRB_StreamRead"),
             Gc().DSFlushQueue(m_hStream, ACQ_QUEUE_OUTPUT_DISCARD));
+  // The newest is off the list and still held by its flag; the older ones wait for another discard.
+  EXPECT_EQ(2U, Awaiting());
+  EXPECT_TRUE(FlagsOf(buffers[2]).newData);
+  EXPECT_FALSE(FlagsOf(buffers[2]).queued);
+  EXPECT_GC(GC_ERR_RESOURCE_IN_USE, "Buffer is still queued.",
+            Gc().DSRevokeBuffer(m_hStream, buffers[2], nullptr, nullptr));
+
+  size_t mark = Script().Mark();
+  Flush(ACQ_QUEUE_OUTPUT_DISCARD);
+  EXPECT_EQ(2U, Releases(mark)) << "the slots of the second and the third";
+  EXPECT_EQ(0U, Awaiting());
+  EXPECT_FALSE(FlagsOf(buffers[1]).newData);
+  EXPECT_TRUE(FlagsOf(buffers[2]).newData) << "no discard finds it any more";
+
+  mark = Script().Mark();
+  Queue(buffers[2]);
+  EXPECT_TRUE(FlagsOf(buffers[2]).queued);
+  EXPECT_FALSE(FlagsOf(buffers[2]).newData);
+  EXPECT_EQ(0U, Releases(mark)) << "its slot went back with the discard";
+  EXPECT_EQ(GC_ERR_TIMEOUT, GetEvent(event, 0).result);
 }
 
 TEST_F(StreamTest, DiscardReleasesEveryFilledBuffer) {

@@ -19,12 +19,15 @@
 namespace {
 
 thread_local size_t t_nRequests = 0;
-thread_local bool t_bFail = false;
+thread_local unsigned t_nFail = 0;
 
 void *Request(std::size_t size) {
-  void *const memory = t_bFail ? nullptr : std::malloc(size == 0 ? 1 : size);
+  if (t_nFail != 0) {
+    --t_nFail;
+    throw std::bad_alloc();
+  }
+  void *const memory = std::malloc(size == 0 ? 1 : size);
   if (memory == nullptr) {
-    t_bFail = false;
     throw std::bad_alloc();
   }
   return memory;
@@ -42,9 +45,9 @@ void operator delete[](void *memory, std::size_t) noexcept { std::free(memory); 
 
 namespace StreamTests {
 
-CFailingRequest::CFailingRequest() { t_bFail = true; }
-CFailingRequest::~CFailingRequest() { t_bFail = false; }
-bool CFailingRequest::Happened() const { return !t_bFail; }
+CFailingRequest::CFailingRequest(unsigned requests) { t_nFail = requests; }
+CFailingRequest::~CFailingRequest() { t_nFail = 0; }
+bool CFailingRequest::Happened() const { return t_nFail == 0; }
 
 }  // namespace StreamTests
 

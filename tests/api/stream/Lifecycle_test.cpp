@@ -161,6 +161,47 @@ TEST_P(ParentClose, TakesARunningStreamAlong) {
   EXPECT_EQ(0U, Script().CreatedHandles());
 }
 
+TEST_P(ParentClose, FailingStreamKeepsEverythingOpen) {
+  OpenStream();
+  const GC_ERROR stillOpen = GC_ERR_RESOURCE_IN_USE;
+  uint32_t devices = 0;
+  ASSERT_GC_OK(Gc().IFGetNumDevices(m_hInterface, &devices));
+  EXPECT_EQ(2U, devices);
+  const uint32_t count = ReadU32(m_hInterface, 0x480);
+  EXPECT_EQ(2U, count);
+  Run(2);
+  Frame();
+  Script().On(Match(Op::StreamRead, GRB_STREAM_STOP), Broken());
+  EXPECT_GC_FROM(GC_ERR_ERROR, "Error stopping acquisition: \n" + LibraryText("GRB_StreamRead"),
+                 "GenICam::Client::CStreamImpl::Freeze", Close());
+
+  // Each module still answers, and none of their lists is emptied.
+  EXPECT_EQ("CXP", TlInfo(m_hSystem, TL_INFO_TLTYPE).Text());
+  EXPECT_EQ(CScriptedGrb::kDefaultInterfaceId, IfInfo(m_hInterface, INTERFACE_INFO_ID).Text());
+  EXPECT_EQ("Channel #1", DevInfo(m_hDevice, DEVICE_INFO_ID).Text());
+  EXPECT_EQ(2U, Announced());
+  EXPECT_EQ(1U, Awaiting());
+  EXPECT_FALSE(Grabbing());
+  uint32_t number = 0;
+  EXPECT_GC_OK(Gc().TLGetNumInterfaces(m_hSystem, &number));
+  EXPECT_EQ(1U, number);
+  EXPECT_GC_OK(Gc().IFGetNumDevices(m_hInterface, &number));
+  EXPECT_EQ(devices, number);
+  EXPECT_EQ(count, ReadU32(m_hInterface, 0x480));
+  // Nobody can open anything a second time.
+  void *second = this;
+  EXPECT_GC_CODE(stillOpen, Gc().TLOpen(&second));
+  EXPECT_GC_CODE(stillOpen, Gc().TLOpenInterface(m_hSystem, CScriptedGrb::kDefaultInterfaceId, &second));
+  EXPECT_GC_CODE(stillOpen, Gc().IFOpenDevice(m_hInterface, "Channel #1", DEVICE_ACCESS_EXCLUSIVE, &second));
+  EXPECT_GC_CODE(stillOpen, Gc().DevOpenDataStream(m_hDevice, "Stream #1", &second));
+  EXPECT_GC(stillOpen, "GenTL producer already initialised. Call GCCloseLib() first.", Gc().GCInitLib());
+  EXPECT_EQ(this, second);
+
+  ASSERT_EQ(GC_ERR_SUCCESS, Close()) << "the engine is idle now";
+  Forget();
+  EXPECT_EQ(0U, Script().CreatedHandles());
+}
+
 INSTANTIATE_TEST_SUITE_P(All, ParentClose,
                          testing::Values(ParentRow{"Device", 0}, ParentRow{"Interface", 1}, ParentRow{"System", 2},
                                          ParentRow{"Library", 3}),

@@ -89,9 +89,12 @@ TEST_F(StreamTest, StartWithoutAQueuedBuffer) {
   const char *const message = "You must queue at least one buffer before starting acquisition.";
   OpenStream();
   const size_t mark = Script().Mark();
-  EXPECT_GC(GC_ERR_INVALID_BUFFER, message, Gc().DSStartAcquisition(m_hStream, ACQ_START_FLAGS_DEFAULT, 1));
+  const char *const function = "GenICam::Client::CDataStream::DSStartAcquisition";
+  EXPECT_GC_FROM(GC_ERR_INVALID_BUFFER, message, function,
+                 Gc().DSStartAcquisition(m_hStream, ACQ_START_FLAGS_DEFAULT, 1));
   AllocMany(2);
-  EXPECT_GC(GC_ERR_INVALID_BUFFER, message, Gc().DSStartAcquisition(m_hStream, ACQ_START_FLAGS_DEFAULT, 1));
+  EXPECT_GC_FROM(GC_ERR_INVALID_BUFFER, message, function,
+                 Gc().DSStartAcquisition(m_hStream, ACQ_START_FLAGS_DEFAULT, 1));
   EXPECT_EQ(0U, Script().Count(Match(Op::ParameterSet), mark));
 }
 
@@ -114,8 +117,9 @@ TEST_F(StreamTest, FirstSmallQueuedBufferIsReported) {
   Queue(good);
   Queue(small);
   Queue(smaller);
-  EXPECT_GC(GC_ERR_INVALID_BUFFER, "Size of buffer (3071) must be greater than or equal to PayloadSize (3072).",
-            Gc().DSStartAcquisition(m_hStream, ACQ_START_FLAGS_DEFAULT, 1));
+  EXPECT_GC_FROM(GC_ERR_INVALID_BUFFER, "Size of buffer (3071) must be greater than or equal to PayloadSize (3072).",
+                 "GenICam::Client::CDataStream::DSStartAcquisition",
+                 Gc().DSStartAcquisition(m_hStream, ACQ_START_FLAGS_DEFAULT, 1));
   EXPECT_FALSE(Grabbing());
 }
 
@@ -551,8 +555,8 @@ TEST_F(StreamTest, FailedStartOfARunningStreamLeavesItStopped) {
 TEST_F(StreamTest, FailedStreamStartLeavesTheParametersSet) {
   QueueBuffers(2);
   Script().On(Match(Op::StreamRead, GRB_STREAM_START), Broken());
-  EXPECT_GC(GC_ERR_ERROR, ": " + LibraryText("GRB_StreamRead"),
-            Gc().DSStartAcquisition(m_hStream, ACQ_START_FLAGS_DEFAULT, 1));
+  EXPECT_GC_FROM(GC_ERR_ERROR, ": " + LibraryText("GRB_StreamRead"), "GenICam::Client::CStreamImpl::Acquire",
+                 Gc().DSStartAcquisition(m_hStream, ACQ_START_FLAGS_DEFAULT, 1));
   EXPECT_EQ(2U, Script().Parameter(GRB_BOARD_1, GRB_CHANNEL_1, GRB_ACQ_NUM_BUFFERS));
   EXPECT_EQ(64U, Script().Parameter(GRB_BOARD_1, GRB_CHANNEL_1, GRB_DST_LINE_BYTES));
   EXPECT_FALSE(Grabbing());
@@ -567,6 +571,72 @@ TEST_F(StreamTest, FailingStopEndsARestart) {
   EXPECT_EQ(0U, Script().Count(Match(Op::ParameterSet, GRB_EVENT_CONTEXT), mark));
   EXPECT_FALSE(Grabbing());
   Start();
+}
+
+// Inside the start ----------------------------------------------------------------------------------------------------
+
+TEST_F(StreamTest, BufferReturnedAheadOfTheStartsEndIsReleased) {
+  // A library that delivers before its start is back, and a Consumer that is as fast: the slot must not be lost.
+  const EVENT_HANDLE event = NewBufferEvent();
+  const std::vector<BUFFER_HANDLE> buffers = QueueBuffers(2);
+  size_t inside = 99;
+  bool grabbing = true;
+  Script().On(Match(Op::StreamRead, GRB_STREAM_START), Reply::Pass().Do([&](const Call &) {
+    grabbing = Grabbing();
+    Script().FireCallback(GRB_EVENT_BUFFER_READY);
+    const size_t mark = Script().Mark();
+    Queue(Take(event));
+    inside = Releases(mark);
+  }));
+  Start();
+  EXPECT_FALSE(grabbing) << "told behind the start only";
+  EXPECT_EQ(1U, inside);
+  EXPECT_EQ(1U, Delivered());
+  EXPECT_EQ(2U, Queued());
+  // The ring is in step: each further buffer is one release.
+  for (size_t frame = 1; frame < 5; ++frame) {
+    Frame();
+    const BUFFER_HANDLE buffer = Take(event);
+    EXPECT_EQ(buffers[frame % 2], buffer);
+    const size_t mark = Script().Mark();
+    Queue(buffer);
+    EXPECT_EQ(1U, Releases(mark));
+  }
+}
+
+TEST_F(StreamTest, BufferOfAStartThatFailsIsNotReleased) {
+  const EVENT_HANDLE event = NewBufferEvent();
+  QueueBuffers(2);
+  Script().On(Match(Op::StreamRead, GRB_STREAM_START),
+              Broken().KeepEffect().Do([](const Call &) { Script().FireCallback(GRB_EVENT_BUFFER_READY); }));
+  EXPECT_GC(GC_ERR_ERROR, ": " + LibraryText("GRB_StreamRead"),
+            Gc().DSStartAcquisition(m_hStream, ACQ_START_FLAGS_DEFAULT, GENTL_INFINITE));
+  const BUFFER_HANDLE buffer = Take(event);
+  const size_t mark = Script().Mark();
+  Queue(buffer);
+  EXPECT_EQ(Lines{}, Trace(mark)) << "the start is over, and nothing runs";
+}
+
+TEST_F(StreamTest, FeaturesOfARunningStreamGoThrough) {
+  // Nothing at this level refuses a write during a run: locking is the description's.
+  Run(1);
+  const struct {
+    uint64_t address;
+    uint32_t value;
+    uint32_t identifier;
+  } kRows[] = {{0x604, 32, GRB_ROI_XLENGTH},
+               {0x620, 0x01100003, GRB_USR_FORMAT},
+               {0x61C, 0x01100011, GRB_CAM_SRC_DEPTH},
+               {0x624, 2, GRB_ACQ_XSUB},
+               {0x2004, 1, GRB_CAMTRIG_SRC}};
+  for (const auto &row : kRows) {
+    const size_t mark = Script().Mark();
+    EXPECT_GC_OK(WriteU32(m_hDevice, row.address, row.value));
+    EXPECT_EQ(1U, Script().Count(Match(Op::ParameterSet, row.identifier), mark)) << std::hex << row.address;
+  }
+  EXPECT_TRUE(Grabbing());
+  Frame();
+  EXPECT_EQ(1U, Delivered());
 }
 
 // Restart -------------------------------------------------------------------------------------------------------------

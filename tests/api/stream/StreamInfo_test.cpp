@@ -237,8 +237,9 @@ TEST_F(StreamTest, UnknownPortInfos) {
   INFO_DATATYPE type = 0;
   size_t size = 0;
   for (const int32_t cmd : {13, 1000, -1}) {
-    EXPECT_GC(GC_ERR_INVALID_PARAMETER, Format("Invalid PORT_INFO_CMD Command %08llX", static_cast<uint32_t>(cmd)),
-              Gc().GCGetPortInfo(m_hStream, cmd, &type, nullptr, &size));
+    EXPECT_GC_FROM(GC_ERR_INVALID_PARAMETER, Format("Invalid PORT_INFO_CMD Command %08llX", static_cast<uint32_t>(cmd)),
+                   "GenICam::Client::CDataStream::GetPortInfo",
+                   Gc().GCGetPortInfo(m_hStream, cmd, &type, nullptr, &size));
   }
 }
 
@@ -268,11 +269,13 @@ TEST_F(StreamTest, UrlSizes) {
 
   std::vector<char> buffer(needed + 1, '\x7f');
   size = needed - 1;
-  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Invalid Buffer Size", Gc().GCGetPortURL(m_hStream, buffer.data(), &size));
+  EXPECT_GC_FROM(GC_ERR_INVALID_PARAMETER, "Invalid Buffer Size", "GenICam::Client::CDataStream::GetURL",
+                 Gc().GCGetPortURL(m_hStream, buffer.data(), &size));
   EXPECT_EQ(needed, size) << "tells the need";
   EXPECT_EQ('\x7f', buffer[0]);
   EXPECT_GC_OK(Gc().GCGetPortURL(m_hStream, buffer.data(), &size));
   EXPECT_EQ(text, buffer.data());
+  EXPECT_EQ('\x7f', buffer[needed - 1]) << "the size counts one byte more than is written";
   EXPECT_EQ('\x7f', buffer[needed]);
 
   size = 0;
@@ -306,14 +309,67 @@ TEST_F(StreamTest, UrlInfos) {
   INFO_DATATYPE type = 0;
   size_t size = 0;
   for (const int32_t cmd : {6, 1000, -1}) {
-    EXPECT_GC(GC_ERR_INVALID_PARAMETER, Format("Invalid URL_INFO_CMD Command %08llX", static_cast<uint32_t>(cmd)),
-              Gc().GCGetPortURLInfo(m_hStream, 0, cmd, &type, nullptr, &size));
+    EXPECT_GC_FROM(GC_ERR_INVALID_PARAMETER, Format("Invalid URL_INFO_CMD Command %08llX", static_cast<uint32_t>(cmd)),
+                   "GenICam::Client::CDataStream::GetPortURLInfo",
+                   Gc().GCGetPortURLInfo(m_hStream, 0, cmd, &type, nullptr, &size));
   }
-  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "URL Index 1 is out of range",
-            Gc().GCGetPortURLInfo(m_hStream, 1, URL_INFO_URL, &type, nullptr, &size));
+  EXPECT_GC_FROM(GC_ERR_INVALID_PARAMETER, "URL Index 1 is out of range",
+                 "GenICam::Client::CDataStream::GetPortURLInfo",
+                 Gc().GCGetPortURLInfo(m_hStream, 1, URL_INFO_URL, &type, nullptr, &size));
   EXPECT_GC(GC_ERR_INVALID_PARAMETER, "URL Index 7 is out of range",
             Gc().GCGetPortURLInfo(m_hStream, 7, -1, &type, nullptr, &size))
       << "the index comes ahead of the command";
+}
+
+TEST_F(StreamTest, PortFailuresNameTheModulesOperation) {
+  // What the modules share names none of its own functions.
+  OpenStream();
+  const struct {
+    PORT_HANDLE port;
+    const char *module;
+    bool shares;  ///< its URL as well
+  } kModules[] = {{m_hSystem, "CTL", true},
+                  {m_hInterface, "CInterface", true},
+                  {m_hDevice, "CDevice", false},
+                  {m_hStream, "CDataStream", true},
+                  {OpenRemotePort(), "CDevicePortCxp", false}};
+  for (const auto &row : kModules) {
+    const std::string scope = std::string("GenICam::Client::") + row.module + "::";
+    const auto functionOf = [](GC_ERROR result) {
+      const std::string text = LastError().text;
+      EXPECT_EQ(GC_ERR_INVALID_PARAMETER, result) << text;
+      return SplitFailureText(text).value_or(FailureText{}).function;
+    };
+    INFO_DATATYPE type = 0;
+    size_t size = 0;
+    EXPECT_EQ(scope + "GetPortInfo", functionOf(Gc().GCGetPortInfo(row.port, 999, &type, nullptr, &size)));
+    EXPECT_EQ(scope + "GetPortURLInfo", functionOf(Gc().GCGetPortURLInfo(row.port, 9, 0, &type, nullptr, &size)));
+    EXPECT_EQ(scope + "GetPortURLInfo", functionOf(Gc().GCGetPortURLInfo(row.port, 0, 999, &type, nullptr, &size)));
+    char url = 0;
+    size = 1;
+    if (row.shares) {
+      EXPECT_EQ(scope + "GetURL", functionOf(Gc().GCGetPortURL(row.port, &url, &size)));
+    }
+  }
+}
+
+TEST_F(StreamTest, UnderrunsAreNeverCounted) {
+  const EVENT_HANDLE event = NewBufferEvent();
+  Run(1, 3);
+  ASSERT_TRUE(Script().FireCallback(GRB_EVENT_BUFFER_READY | GRB_EVENT_FIFO_OVERFLOW));
+  EXPECT_EQ(0U, StreamNumber(STREAM_INFO_NUM_UNDERRUN)) << "behind an overflow";
+  Take(event);
+  Frame();
+  EXPECT_EQ(2U, Started());
+  EXPECT_EQ(1U, Delivered());
+  EXPECT_EQ(0U, StreamNumber(STREAM_INFO_NUM_UNDERRUN)) << "behind a frame for which no buffer was queued";
+  Frame();
+  Frame();
+  EXPECT_EQ(3U, Started());
+  EXPECT_EQ(1U, Count(GRB_STREAM_STOP));
+  EXPECT_EQ(0U, StreamNumber(STREAM_INFO_NUM_UNDERRUN)) << "behind the limit";
+  Stop();
+  EXPECT_EQ(0U, StreamNumber(STREAM_INFO_NUM_UNDERRUN));
 }
 
 // Registers -----------------------------------------------------------------------------------------------------------

@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -441,6 +442,28 @@ TEST(TypeCast, FailureNamesTheFunctionWithoutItsTarget) {
         << failure.what();
   }
 }
+
+template <int kKind>
+class CKindOfModule : public CFakeModule {
+ public:
+  // The classes differ in where their faces stand.
+  char m_Content[1 + kKind] = {};
+};
+
+template <int... kKinds>
+void ExpectCastsOf(std::integer_sequence<int, kKinds...>) {
+  const auto expectCast = [](CFakeModule &module) {
+    EXPECT_EQ(static_cast<IEventSrc *>(&module), TypeCast<IEventSrc>(HandleOf(&module)));
+    EXPECT_EQ(nullptr, CheckedCast<IEventObj>(&module));
+  };
+  std::tuple<CKindOfModule<kKinds>...> modules;
+  for (int round = 0; round < 2; ++round) {
+    (expectCast(std::get<CKindOfModule<kKinds>>(modules)), ...);
+  }
+}
+
+// The cast remembers a few classes; those beyond are cast as well.
+TEST(TypeCast, MoreClassesThanItRemembers) { ExpectCastsOf(std::make_integer_sequence<int, 20>()); }
 
 TEST(TypeCast, OneRootForAllFaces) {
   CFakeModule module;

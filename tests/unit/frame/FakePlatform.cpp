@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <functional>
+#include <new>
 #include <thread>
 
 namespace FakePlatform {
@@ -160,7 +161,15 @@ CThreadSlot::CThreadSlot(void (*)(void *)) : m_nKey(0) {}
 CThreadSlot::~CThreadSlot() = default;
 void *CThreadSlot::Get() const noexcept { return SlotOf(this).pValue; }
 void CThreadSlot::Close() noexcept {}
-void CThreadSlot::Set(void *pValue) { SlotOf(this) = {this, pValue}; }
+void CThreadSlot::Set(void *pValue) {
+  if (FakePlatform::Get().failSlot) {
+    throw std::bad_alloc();
+  }
+  SlotOf(this) = {this, pValue};
+}
+
+void WatchForProcessEnd() noexcept {}
+bool IsProcessEnding() noexcept { return false; }
 
 uint32_t CurrentThreadId() noexcept {
   return static_cast<uint32_t>(std::hash<std::thread::id>()(std::this_thread::get_id()));

@@ -56,6 +56,8 @@ struct State {
   uint32_t environmentResult = 0;
   std::string environmentContent;
 
+  bool failSlot = false;  ///< a thread finds no memory for what it keeps
+
   std::vector<std::pair<std::string, std::string>> messages;  ///< text and title
 };
 

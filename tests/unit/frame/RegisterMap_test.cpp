@@ -751,6 +751,18 @@ TEST(RegisterMapBlocks, TakeTheirWords) {
   EXPECT_EQ(0U, map.GetAccess(0x30));
 }
 
+TEST(RegisterMapBlocks, NoBufferIsABlockOfZeros) {
+  CMap map(1);
+  map.Word(0x24, ACCESS_READ_WRITE, 7);
+  map.AddBlock(0x20, ACCESS_READ, nullptr, 16, 0, nullptr, nullptr, nullptr, false);
+  for (uint64_t address = 0x20; address < 0x30; address += 4) {
+    EXPECT_EQ(0U, map.ReadReg(address));
+    EXPECT_EQ(ACCESS_READ, map.GetAccess(address));
+  }
+  EXPECT_EQ(0U, map.GetAccess(0x1C));
+  EXPECT_EQ(0U, map.GetAccess(0x30));
+}
+
 TEST(RegisterMapBlocks, LargeBlockIsReadInOneCall) {
   std::vector<uint32_t> words(40000);
   for (size_t i = 0; i < words.size(); ++i) {

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "Helper.h"
+#include "Producer.h"
 #include "TLIException.h"
 
 using namespace GenICam::Client;
@@ -24,6 +25,7 @@ struct Form {
   INFO_DATATYPE type;
   std::vector<uint8_t> bytes;
   bool sizeFirst;  ///< order of the two null checks
+  const char *function = "GenICam::Client::SetReturnParam";
 };
 std::ostream &operator<<(std::ostream &out, const Form &form) { return out << form.name; }
 
@@ -63,6 +65,11 @@ std::vector<Form> AllForms() {
        INFO_DATATYPE_STRING, TextBytes(""), true},
       {"longString", [](uint8_t *b, size_t *s, INFO_DATATYPE *t) { SetReturnParam(b, s, t, std::string(300, 'x')); },
        INFO_DATATYPE_STRING, TextBytes(std::string(300, 'x')), true},
+      // A text without a length: it must not slip into the truth value's form.
+      {"text", [](uint8_t *b, size_t *s, INFO_DATATYPE *t) { SetReturnParam(b, s, t, "CXP"); }, INFO_DATATYPE_STRING,
+       TextBytes("CXP"), true},
+      {"emptyText", [](uint8_t *b, size_t *s, INFO_DATATYPE *t) { SetReturnParam(b, s, t, ""); }, INFO_DATATYPE_STRING,
+       TextBytes(""), true},
       {"int32", [](uint8_t *b, size_t *s, INFO_DATATYPE *t) { SetReturnParam(b, s, t, int32_t{-5}); },
        INFO_DATATYPE_INT32, BytesOf(int32_t{-5}), false},
       {"uint32", [](uint8_t *b, size_t *s, INFO_DATATYPE *t) { SetReturnParam(b, s, t, uint32_t{0xFFFFFFFEU}); },
@@ -80,7 +87,7 @@ std::vector<Form> AllForms() {
        {0},
        false},
       {"sizet", [](uint8_t *b, size_t *s, INFO_DATATYPE *t) { SetReturnParamSize_t(b, s, t, size_t{1} << 40U); },
-       INFO_DATATYPE_SIZET, BytesOf(uint64_t{1} << 40U), false},
+       INFO_DATATYPE_SIZET, BytesOf(uint64_t{1} << 40U), false, "GenICam::Client::SetReturnParamSize_t"},
   };
 }
 
@@ -165,6 +172,25 @@ TEST_P(ReturnParam, NullPointersAreReportedInOrder) {
   EXPECT_EQ(GetParam().sizeFirst ? "Invalid Size." : "Invalid Type.",
             FailureOf([&] { GetParam().call(m_Buffer.data(), nullptr, nullptr); }));
   EXPECT_EQ(std::vector<uint8_t>(m_Buffer.size(), kUntouched), m_Buffer);
+}
+
+TEST_P(ReturnParam, FailuresNameTheFamily) {
+  const auto nameOf = [](const std::function<void()> &action) {
+    try {
+      action();
+    } catch (const invalidparameter_error &failure) {
+      const auto pieces = TestSupport::SplitFailureText(failure.what());
+      return pieces ? pieces->function + " in " + pieces->file : std::string(failure.what());
+    }
+    return std::string("nothing was thrown");
+  };
+  const std::string expected = std::string(GetParam().function) + " in Helper.cpp";
+  EXPECT_EQ(expected, nameOf([&] { GetParam().call(m_Buffer.data(), nullptr, &m_nType); }));
+  EXPECT_EQ(expected, nameOf([&] { GetParam().call(m_Buffer.data(), &m_nSize, nullptr); }));
+  if (Needed() > 1) {
+    m_nSize = Needed() - 1;
+    EXPECT_EQ(expected, nameOf([&] { Call(); }));
+  }
 }
 
 TEST_P(ReturnParam, UnalignedBufferIsFilled) {

@@ -56,6 +56,7 @@ std::string Format(const char *format, uint32_t value) {
 
 constexpr const char *kSet = "GenICam::Client::CDeviceImpl::SetVirtualRegister";
 constexpr const char *kGet = "GenICam::Client::CDeviceImpl::GetVirtualRegister";
+constexpr const char *kFile = "DeviceImpl.cpp";
 
 TEST_F(DeviceImpl, WriteOfANullBufferFailsAheadOfAllElse) {
   for (const uint32_t address : {0x4F0U, 0x4F4U, 0x4F8U, 0x604U, 0x608U, 0x1CA0U, 0xFFFFFFFFU}) {
@@ -126,12 +127,12 @@ TEST_F(DeviceImpl, LinkTestsAreKnownHere) {
     EXPECT_EQ(Get(*m_pDevice, row.address), 0x12345678U);
     EXPECT_EQ(Script().Calls(mark)[0].code, row.read);
     Script().On(Match(Op::ParameterSet), Bang());
-    EXPECT_TRUE(Throws<unknown_error>(
-        std::string("Failed writing Device feature: ") + row.name + ": " + LibraryText("GRB_ParameterSet"), nullptr,
+    EXPECT_TRUE(ThrowsIn<unknown_error>(
+        kFile, std::string("Failed writing Device feature: ") + row.name + ": " + LibraryText("GRB_ParameterSet"), kSet,
         [&] { m_pDevice->SetVirtualRegister(row.address, &value, 4); }));
     Script().On(Match(Op::ParameterGet), Bang());
-    EXPECT_TRUE(Throws<unknown_error>(
-        std::string("Failed reading Device feature: ") + row.name + ": " + LibraryText("GRB_ParameterGet"), nullptr,
+    EXPECT_TRUE(ThrowsIn<unknown_error>(
+        kFile, std::string("Failed reading Device feature: ") + row.name + ": " + LibraryText("GRB_ParameterGet"), kGet,
         [&] { Get(*m_pDevice, row.address); }));
   }
 }

@@ -43,9 +43,11 @@ class DeviceByHand : public GrabberTest {
 TEST_F(DeviceByHand, PortOfAnotherTechnologyIsNotImplemented) {
   for (const char *type : {"", "CX", "cxp", "CXP ", "GEV"}) {
     const std::shared_ptr<CDevice> device = CDevice::Create(m_pInterface, Info(type), DEVICE_ACCESS_READONLY);
-    PORT_HANDLE port = nullptr;
+    int marker = 0;
+    PORT_HANDLE port = &marker;
     EXPECT_TRUE(Throws<notimplemented_error>("Unsupported TL technology.", "GenICam::Client::CDevice::GetPort",
                                              [&] { device->GetPort(&port); }));
+    EXPECT_EQ(port, &marker);
     EXPECT_TRUE(Throws<invalidparameter_error>("Null pointer for Port handle", "GenICam::Client::CDevice::GetPort",
                                                [&] { device->GetPort(nullptr); }));
   }
@@ -106,14 +108,16 @@ TEST_F(PortByHand, LinkConfigurationNeedsTheParent) {
   CDevicePortCxp port(m_pChannel, DEVICE_ACCESS_CONTROL, nullptr);
   const std::array<uint8_t, 4> bytes = {0, 2, 0, 0x40};
   size_t size = bytes.size();
-  EXPECT_TRUE(Throws<unknown_error>(
-      "Writing to remote device LinkConfig register (0x4014): failed to retrieve handle to parent Device", nullptr,
-      [&] { port.WriteData(0x4014, bytes.data(), &size); }));
+  EXPECT_TRUE(ThrowsIn<unknown_error>(
+      "DevicePortCxp.cpp",
+      "Writing to remote device LinkConfig register (0x4014): failed to retrieve handle to parent Device",
+      "GenICam::Client::CDevicePortCxp::WriteData", [&] { port.WriteData(0x4014, bytes.data(), &size); }));
   // The parent is missed ahead of a value that is wrong, and behind a size that is.
   const std::array<uint8_t, 4> wrong = {0, 3, 0, 0x41};
-  EXPECT_TRUE(Throws<unknown_error>(
-      "Writing to remote device LinkConfig register (0x4014): failed to retrieve handle to parent Device", nullptr,
-      [&] { port.WriteData(0x4014, wrong.data(), &size); }));
+  EXPECT_TRUE(ThrowsIn<unknown_error>(
+      "DevicePortCxp.cpp",
+      "Writing to remote device LinkConfig register (0x4014): failed to retrieve handle to parent Device",
+      "GenICam::Client::CDevicePortCxp::WriteData", [&] { port.WriteData(0x4014, wrong.data(), &size); }));
   size = 2;
   EXPECT_NO_THROW(port.WriteData(0x4014, bytes.data(), &size));
   EXPECT_EQ(Script().Trace(m_nMark), Lines());

@@ -53,6 +53,26 @@ testing::AssertionResult Throws(const std::string &description, const char *func
   return testing::AssertionFailure() << "nothing was thrown";
 }
 
+/// The same, and the source is this file, whatever folder it lies in.
+template <class Error, class Action>
+testing::AssertionResult ThrowsIn(const char *file, const std::string &description, const char *function,
+                                  Action &&action) {
+  std::string source;
+  const testing::AssertionResult result = Throws<Error>(description, function, [&] {
+    try {
+      action();
+    } catch (const Error &error) {
+      source = error.GetSourceFile();
+      source.erase(0, source.find_last_of("/\\") + 1);
+      throw;
+    }
+  });
+  if (result && source != file) {
+    return testing::AssertionFailure() << "the file is " << source << ", wanted " << file;
+  }
+  return result;
+}
+
 /// Whether another thread can take the lock now.
 inline bool IsFree(boost::recursive_mutex &lock) {
   return std::async(std::launch::async,

@@ -2,7 +2,9 @@
 // The base of the library handles: creation, parameters, registers of the grabber, and its lock.
 #include "GrbBaseHandle.h"
 
+#include <atomic>
 #include <memory>
+#include <thread>
 
 #include "GrabberFixture.h"
 
@@ -26,6 +28,13 @@ using GrbBaseHandle = GrabberTest;
 
 constexpr uint32_t kRegister = 0xABCD;
 
+struct Failure {
+  GRB_STATUS status;
+  const char *digits;
+};
+
+constexpr Failure kFailures[] = {{kStatus, "8123"}, {GRB_WARNING_TIMEOUT, "8000"}, {GRB_WARNING_PASSED, "8005"}};
+
 TEST_F(GrbBaseHandle, CreatesAndDestroysOneHandle) {
   {
     const CTestHandle handle;
@@ -37,11 +46,28 @@ TEST_F(GrbBaseHandle, CreatesAndDestroysOneHandle) {
   EXPECT_EQ(Script().Trace().back().substr(0, 8), "Destroy(");
 }
 
+// A warning is a failure here.
 TEST_F(GrbBaseHandle, CreationThatFailsThrowsTheLibrarysWords) {
-  Script().On(Match(Op::Create), Bang());
-  EXPECT_TRUE(Throws<unknown_error>(LibraryText("GRB_Create"), "GenICam::Client::CGrbBaseHandle::CGrbBaseHandle",
-                                    [] { const CTestHandle handle; }));
+  for (const auto &[status, digits] : kFailures) {
+    Script().On(Match(Op::Create), Bang(status));
+    EXPECT_TRUE(Throws<unknown_error>(LibraryText("GRB_Create", digits),
+                                      "GenICam::Client::CGrbBaseHandle::CGrbBaseHandle",
+                                      [] { const CTestHandle handle; }));
+  }
   EXPECT_EQ(Script().Count(Match(Op::Destroy)), 0U);
+}
+
+// Nobody looks at the status, and nothing leaves the destructor.
+TEST_F(GrbBaseHandle, DestructionThatFailsIsNoFailure) {
+  for (const auto &[status, digits] : kFailures) {
+    SCOPED_TRACE(digits);
+    auto handle = std::make_unique<CTestHandle>();
+    const std::string h = "h" + std::to_string(handle->GetHandle());
+    Script().On(Match(Op::Destroy), Bang(status).KeepEffect());
+    const size_t mark = Script().Mark();
+    EXPECT_NO_THROW(handle.reset());
+    EXPECT_EQ(Script().Trace(mark), (Lines{"Close(" + h + ")", "Destroy(" + h + ") = 0x" + digits}));
+  }
 }
 
 TEST_F(GrbBaseHandle, QuietHandleOnlyRecords) {
@@ -198,6 +224,25 @@ TEST_F(GrbBaseHandle, RecreationThatFailsKeepsWhatTheLibraryLeft) {
   EXPECT_EQ(handle->GetHandle(), 77U);
 }
 
+// The status of GRB_Destroy is not looked at: a new handle is made all the same.
+TEST_F(GrbBaseHandle, RecreationPassesOverAFailingDestruction) {
+  CTestHandle handle;
+  const std::string before = "h" + std::to_string(handle.GetHandle());
+  Script().On(Match(Op::Destroy), Bang().KeepEffect());
+  const size_t mark = Script().Mark();
+  EXPECT_NO_THROW(handle.RecreateHandle());
+  EXPECT_EQ(Script().Trace(mark),
+            (Lines{"Destroy(" + before + ") = 0x8123", "Create() -> h" + std::to_string(handle.GetHandle())}));
+}
+
+TEST_F(GrbBaseHandle, RecreationTakesAWarningForAFailure) {
+  auto handle = std::make_unique<CTestHandle>();
+  Script().On(Match(Op::Create), Bang(GRB_WARNING_PASSED).HandleOut(0));
+  EXPECT_TRUE(Throws<unknown_error>(LibraryText("GRB_Create", "8005"),
+                                    "GenICam::Client::CGrbBaseHandle::RecreateHandle",
+                                    [&] { handle->RecreateHandle(); }));
+}
+
 TEST_F(GrbBaseHandle, RecreationThatFailedMayLeaveNoHandle) {
   auto handle = std::make_unique<CTestHandle>();
   Script().On(Match(Op::Create), Bang().HandleOut(0));
@@ -260,6 +305,28 @@ TEST_F(GrbBaseHandle, LockIsRecursiveAndPerHandle) {
   }));
   handle.ParameterGet(GRB_REV_SW, &value);
   EXPECT_TRUE(free);
+}
+
+// Two handles fail at one moment on two threads: each thread has the words of its own failure.
+TEST_F(GrbBaseHandle, WordsOfTwoHandlesDoNotMix) {
+  CTestHandle first;
+  CTestHandle second;
+  std::atomic<int> inside{0};
+  const auto meet = [&inside](const Call &) {
+    ++inside;
+    EXPECT_TRUE(Script().WaitFor([&inside] { return inside.load() >= 2; }));
+  };
+  Script().On(Match(Op::ParameterGet).Handle(first.GetHandle()), Reply::Failure(1, "First.").Do(meet));
+  Script().On(Match(Op::ParameterGet).Handle(second.GetHandle()), Reply::Failure(2, "Second.").Do(meet));
+  uint32_t value = 0;
+  std::thread other([&second] {
+    uint32_t inner = 0;
+    EXPECT_TRUE(Throws<unknown_error>("Second. (GRB_ParameterGet returned error code 0x2)", nullptr,
+                                      [&] { second.ParameterGet(GRB_REV_SW, &inner); }));
+  });
+  EXPECT_TRUE(Throws<unknown_error>("First. (GRB_ParameterGet returned error code 0x1)", nullptr,
+                                    [&] { first.ParameterGet(GRB_REV_SW, &value); }));
+  other.join();
 }
 
 TEST_F(GrbBaseHandle, RawHandleIsGivenWithoutTheLock) {

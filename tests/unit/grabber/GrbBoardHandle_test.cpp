@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstring>
+#include <memory>
 
 #include "GrabberFixture.h"
 
@@ -74,6 +75,31 @@ TEST_F(GrbBoardHandle, FailingParameterSkipsToTheNextChannel) {
   EXPECT_EQ(calls[3], "ParameterSet(" + h + ", GRB_OPEN_MODE, 0xc0010000) = 0x8123");
   EXPECT_EQ(calls[4], "ParameterSet(" + h + ", GRB_OPEN_BOARD, 0xc0010001)");
   EXPECT_EQ(calls[5], "ParameterSet(" + h + ", GRB_OPEN_CHANNEL, 0xc0010020)");
+}
+
+// A channel that opens with a remark only has not opened.
+TEST_F(GrbBoardHandle, WarningOfAnOpenSkipsToTheNextChannel) {
+  for (const GRB_STATUS status : {GRB_WARNING_PASSED, GRB_WARNING_TIMEOUT}) {
+    Script().On(Match(Op::Open), Bang(status));
+    const size_t mark = Script().Mark();
+    const CGrbBoardHandle board(kBoard, true);
+    EXPECT_TRUE(board.IsValid());
+    const std::vector<Call> opens = Script().Calls(Match(Op::Open), mark);
+    ASSERT_EQ(opens.size(), 2U);
+    EXPECT_EQ(opens[0].channel, GRB_CHANNEL_1);
+    EXPECT_EQ(opens[1].channel, GRB_CHANNEL_2);
+  }
+}
+
+// The statuses of the end are not looked at.
+TEST_F(GrbBoardHandle, FailuresOfItsEndAreNone) {
+  auto board = std::make_unique<CGrbBoardHandle>(kBoard, true);
+  const std::string h = "h" + std::to_string(board->GetHandle());
+  Script().On(Match(Op::Close), Bang());
+  Script().On(Match(Op::Destroy), Bang().KeepEffect());
+  const size_t mark = Script().Mark();
+  EXPECT_NO_THROW(board.reset());
+  EXPECT_EQ(Script().Trace(mark), (Lines{"Close(" + h + ") = 0x8123", "Destroy(" + h + ") = 0x8123"}));
 }
 
 TEST_F(GrbBoardHandle, CreationThatFailsThrows) {

@@ -3,6 +3,7 @@
 #include "GrbChannelHandle.h"
 
 #include <array>
+#include <memory>
 
 #include "GrabberFixture.h"
 
@@ -42,6 +43,7 @@ TEST_F(GrbChannelHandle, FailuresLeaveAnInvalidObjectWithoutNames) {
   const struct {
     const char *what;
     Match match;
+    GRB_STATUS status = kStatus;
   } kRows[] = {
       {"board", Match(Op::ParameterSet, GRB_OPEN_BOARD)},
       {"channel", Match(Op::ParameterSet, GRB_OPEN_CHANNEL)},
@@ -52,10 +54,21 @@ TEST_F(GrbChannelHandle, FailuresLeaveAnInvalidObjectWithoutNames) {
       {"revision", Match(Op::ControlRead).Address(0x4)},
       {"vendor", Match(Op::ControlRead).Address(0x2000)},
       {"model", Match(Op::ControlRead).Address(0x2020)},
+      // A remark is success to a camera transfer, and to nothing else.
+      {"remark on the board", Match(Op::ParameterSet, GRB_OPEN_BOARD), GRB_WARNING_PASSED},
+      {"remark on the channel", Match(Op::ParameterSet, GRB_OPEN_CHANNEL), GRB_WARNING_PASSED},
+      {"remark on the mode", Match(Op::ParameterSet, GRB_OPEN_MODE), GRB_WARNING_PASSED},
+      {"remark on the variant", Match(Op::ParameterSet, GRB_OPEN_VARIANT), GRB_WARNING_PASSED},
+      {"remark on the open", Match(Op::Open), GRB_WARNING_PASSED},
+      {"remark on the library", Match(Op::ParameterGet), GRB_WARNING_PASSED},
+      {"timeout of the open", Match(Op::Open), GRB_WARNING_TIMEOUT},
+      {"timeout of the revision", Match(Op::ControlRead).Address(0x4), GRB_WARNING_TIMEOUT},
   };
   for (const auto &row : kRows) {
     SCOPED_TRACE(row.what);
-    Script().On(row.match, Bang());
+    // Done with a remark: were it taken for success, all would go on well.
+    Reply reply = Bang(row.status);
+    Script().On(row.match, row.status == GRB_WARNING_PASSED ? reply.KeepEffect() : reply);
     const size_t mark = Script().Mark();
     {
       const CGrbChannelHandle channel(kBoard, kChannel, true);
@@ -70,6 +83,29 @@ TEST_F(GrbChannelHandle, FailuresLeaveAnInvalidObjectWithoutNames) {
     EXPECT_EQ(Script().Count(Match(Op::Close), mark), 2U);
     EXPECT_EQ(Script().Count(Match(Op::Destroy), mark), 1U);
   }
+}
+
+// The close of the failed constructor is tried again by the destructor; no status of either is looked at.
+TEST_F(GrbChannelHandle, FailuresOfItsEndAreNone) {
+  Script().On(Match(Op::ParameterGet), Bang());
+  Script().On(Match(Op::Close), Bang(), When::First(2));
+  Script().On(Match(Op::Destroy), Bang().KeepEffect());
+  const size_t mark = Script().Mark();
+  std::string h;
+  EXPECT_NO_THROW({
+    const CGrbChannelHandle channel(kBoard, kChannel, true);
+    EXPECT_FALSE(channel.IsValid());
+    h = "h" + std::to_string(channel.GetHandle());
+  });
+  const std::string close = "Close(" + h + ") = 0x8123";
+  EXPECT_EQ(Script().Trace(Match(Op::Close), mark), (Lines{close, close}));
+  EXPECT_EQ(Script().Trace(mark).back(), "Destroy(" + h + ") = 0x8123");
+
+  auto valid = std::make_unique<CGrbChannelHandle>(kBoard, kChannel, true);
+  EXPECT_TRUE(valid->IsValid());
+  Script().On(Match(Op::Close), Bang());
+  Script().On(Match(Op::Destroy), Bang().KeepEffect());
+  EXPECT_NO_THROW(valid.reset());
 }
 
 // The failure of the search is told to nobody; only the library's words are left.
@@ -160,6 +196,17 @@ TEST_F(GrbChannelHandle, MessagesOfTransfers) {
   EXPECT_TRUE(Throws<io_error>("Error while writing 200 bytes to address 0xab in camera, 150 bytes written." + write,
                                "GenICam::Client::CGrbChannelHandle::CameraWrite",
                                [&] { channel.CameraWrite(bytes.data(), 200, 0xAB, 5); }));
+  // Of an address the low word is told, of a size all.
+  constexpr uint64_t kFarAddress = 0x1234500009ABCULL;
+  constexpr uint64_t kGreatSize = 0x1000000C8ULL;
+  Script().On(Match(Op::ControlRead), Bang().Moved(150));
+  EXPECT_TRUE(
+      Throws<io_error>("Error while reading 4294967496 bytes from address 0x9abc in camera, 150 bytes read." + read,
+                       nullptr, [&] { channel.CameraRead(bytes.data(), kGreatSize, kFarAddress, 5); }));
+  Script().On(Match(Op::ControlWrite), Bang().Moved(150));
+  EXPECT_TRUE(
+      Throws<io_error>("Error while writing 4294967496 bytes to address 0x9abc in camera, 150 bytes written." + write,
+                       nullptr, [&] { channel.CameraWrite(bytes.data(), kGreatSize, kFarAddress, 5); }));
   Script().On(Match(Op::ControlRead), Bang(GRB_WARNING_TIMEOUT).Moved(0));
   EXPECT_TRUE(Throws<timeout_error>(
       "Timeout while reading 4 bytes from address 0xab in camera, 0 bytes read, timeout value was 4294967295.\n" +

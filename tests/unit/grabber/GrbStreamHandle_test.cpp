@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <thread>
 
 #include "GrabberFixture.h"
@@ -110,9 +111,39 @@ TEST_F(GrbStreamHandle, FailedLoadReopensAndReports) {
       "Failed loading GCF file (BoardNumber = c0010001 , ChannelNumber = c0010020): " + LibraryText("GRB_Open"),
       "GenICam::Client::CGrbStreamHandle::LoadGcf", [&] { stream.LoadGcf(m_strFile.c_str()); }));
   EXPECT_NE(stream.GetHandle(), before);
+  EXPECT_TRUE(stream.IsValid());
   EXPECT_EQ(Script().OpenHandle(GRB_BOARD_1, GRB_CHANNEL_2, GRB_MODE_ACQ_ONLY), stream.GetHandle());
   uint32_t value = 7;
   EXPECT_NO_THROW(stream.ParameterSet(GRB_LUT_SHIFT, &value));
+}
+
+// Whether the object is valid was decided when it was made.
+TEST_F(GrbStreamHandle, LoadWhoseReopeningFailsTooLeavesItValid) {
+  CGrbStreamHandle stream(kBoard, kChannel, true);
+  Script().On(Match(Op::Open), Reply::Failure(1, "First."), When::Nth(1));
+  Script().On(Match(Op::Open), Reply::Failure(2, "Second."), When::Nth(2));
+  EXPECT_THROW(stream.LoadGcf(m_strFile.c_str()), unknown_error);
+  EXPECT_EQ(Script().OpenHandles(), 0U);
+  EXPECT_TRUE(stream.IsValid());
+}
+
+TEST_F(GrbStreamHandle, LoadDoesNotMakeAnInvalidHandleValid) {
+  Script().SetHeldElsewhere(kBoard, kChannel, true);
+  CGrbStreamHandle stream(kBoard, kChannel, true);
+  EXPECT_FALSE(stream.IsValid());
+  Script().SetHeldElsewhere(kBoard, kChannel, false);
+  EXPECT_NO_THROW(stream.LoadGcf(m_strFile.c_str()));
+  EXPECT_FALSE(stream.IsValid());
+}
+
+TEST_F(GrbStreamHandle, FailuresOfItsEndAreNone) {
+  auto stream = std::make_unique<CGrbStreamHandle>(kBoard, kChannel, true);
+  const std::string h = "h" + std::to_string(stream->GetHandle());
+  Script().On(Match(Op::Close), Bang());
+  Script().On(Match(Op::Destroy), Bang().KeepEffect());
+  const size_t mark = Script().Mark();
+  EXPECT_NO_THROW(stream.reset());
+  EXPECT_EQ(Script().Trace(mark), (Lines{"Close(" + h + ") = 0x8123", "Destroy(" + h + ") = 0x8123"}));
 }
 
 TEST_F(GrbStreamHandle, RecreationThatFailsEndsTheLoadWithItsWords) {

@@ -2,6 +2,8 @@
 #include "EventQueue.h"
 
 #include <cstring>
+#include <memory>
+#include <new>
 #include <thread>
 #include <vector>
 
@@ -228,6 +230,64 @@ TEST(EventQueue, SecondEnabling) {
   queue.DisableEvent();
   queue.DisableEvent();
   queue.EnableEvent();
+}
+
+// Memory runs out -----------------------------------------------------------------------------------------------------
+
+TEST(EventQueue, ReportThatCannotBeTakenInIsLost) {
+  // Whoever reports may be the library's callback: it hears of no failure.
+  class CFilling : public CEnabled {
+   public:
+    using CEnabled::CEnabled;
+    using Queue::Append;
+  } queue(10);
+  queue.AddEvent(CErrorEventEntry(1, "first"));
+  EXPECT_NO_THROW(queue.Append([](CErrorEventEntry &entry) {
+    entry.Assign(2, "half");
+    throw std::bad_alloc();
+  }));
+  EXPECT_NO_THROW(queue.Append([](CErrorEventEntry &) { throw 1; }));
+  EXPECT_EQ(1U, Number(queue, EVENT_NUM_IN_QUEUE));
+  EXPECT_EQ(1U, Number(queue, EVENT_NUM_FIRED));
+  queue.AddEvent(CErrorEventEntry(3, "second"));
+  std::vector<uint8_t> block(kLeast);
+  for (const int code : {1, 3}) {
+    size_t size = kLeast;
+    EXPECT_TRUE(queue.GetData(block.data(), &size, 0));
+    EXPECT_EQ(code, block[0]);
+  }
+}
+
+// The owner's end -----------------------------------------------------------------------------------------------------
+
+TEST(EventQueue, EndOfAllWaitsWithoutAWaiter) {
+  CEnabled queue(10);
+  queue.EndAllWaits();
+  queue.EndAllWaits();
+  std::vector<uint8_t> block(kLeast);
+  for (int call = 0; call < 3; ++call) {
+    size_t size = kLeast;
+    // Late ones do not wait either, however many.
+    EXPECT_FAILURE(abort_error, "Wait terminated", queue.GetData(block.data(), &size, GENTL_INFINITE));
+  }
+}
+
+TEST(EventQueue, EndOfAllWaitsSendsEverybodyHome) {
+  for (int round = 0; round < 20; ++round) {
+    auto queue = std::make_unique<CEnabled>(10);
+    std::vector<std::thread> waiters;
+    for (int i = 0; i < 4; ++i) {
+      waiters.emplace_back([&queue = *queue] {
+        std::vector<uint8_t> block(kLeast);
+        size_t size = kLeast;
+        EXPECT_FAILURE(abort_error, "Wait terminated", queue.GetData(block.data(), &size, GENTL_INFINITE));
+      });
+    }
+    queue->EndAllWaits();
+    for (std::thread &waiter : waiters) {
+      waiter.join();
+    }
+  }
 }
 
 // Threads -------------------------------------------------------------------------------------------------------------

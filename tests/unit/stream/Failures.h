@@ -17,3 +17,17 @@
       ADD_FAILURE() << #statement " threw another class: " << failure.what();      \
     }                                                                              \
   } while (false)
+
+/// The same, and the failure names this function, scoped and without parentheses.
+#define EXPECT_FAILURE_FROM(Class, description, function, statement)               \
+  do {                                                                             \
+    try {                                                                          \
+      statement;                                                                   \
+      ADD_FAILURE() << #statement " threw nothing";                                \
+    } catch (const Class &failure) {                                               \
+      EXPECT_EQ(std::string(description), failure.GetDescription()) << #statement; \
+      EXPECT_EQ(std::string(function), failure.GetSourceFunction()) << #statement; \
+    } catch (const std::exception &failure) {                                      \
+      ADD_FAILURE() << #statement " threw another class: " << failure.what();      \
+    }                                                                              \
+  } while (false)

@@ -20,6 +20,8 @@ using Scripted::Op;
 using Scripted::Reply;
 using Scripted::Script;
 
+constexpr const char *kAcquire = "GenICam::Client::CStreamImpl::Acquire";
+
 class StreamImpl : public testing::Test {
  protected:
   StreamImpl() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
@@ -103,16 +105,16 @@ TEST_F(StreamImpl, StreamHandleIsAskedFirst) {
 TEST_F(StreamImpl, ParentThatIsGone) {
   CStreamImpl engine(m_pInfo, m_pDeviceImpl);
   const size_t mark = Script().Mark();
-  EXPECT_FAILURE(unknown_error, "Unable to lock pointer to parent Stream",
-                 engine.Acquire(0, 1, OneBuffer(true), std::weak_ptr<CDataStream>(), true));
+  EXPECT_FAILURE_FROM(unknown_error, "Unable to lock pointer to parent Stream", kAcquire,
+                      engine.Acquire(0, 1, OneBuffer(true), std::weak_ptr<CDataStream>(), true));
   EXPECT_EQ(0U, Script().Calls(mark).size());
 }
 
 TEST_F(StreamImpl, NoQueuedBuffer) {
   CStreamImpl engine(m_pInfo, m_pDeviceImpl);
   const size_t mark = Script().Mark();
-  EXPECT_FAILURE(outofrange_error, "No acquisition buffers queued.",
-                 engine.Acquire(0, 1, OneBuffer(false), Parent(), true));
+  EXPECT_FAILURE_FROM(outofrange_error, "No acquisition buffers queued.", kAcquire,
+                      engine.Acquire(0, 1, OneBuffer(false), Parent(), true));
   EXPECT_EQ(0U, Script().Calls(mark).size());
   EXPECT_EQ(1, m_pOwner.use_count()) << "the parent is let go";
 }
@@ -170,6 +172,20 @@ TEST_F(StreamImpl, FailingEndReportsToTheUser) {
   EXPECT_NE(std::string::npos, report.find("It broke. (GRB_StreamRead returned error code 0x8123)")) << report;
 }
 
+TEST_F(StreamImpl, EndThatFailsWithSomethingElseReportsToo) {
+  // What comes out of the library's operation is no exception of the standard.
+  const CBufferList list = OneBuffer(true);
+  testing::internal::CaptureStderr();
+  {
+    CStreamImpl engine(m_pInfo, m_pDeviceImpl);
+    engine.Acquire(0, GENTL_INFINITE, list, Parent(), true);
+    Script().On(Match(Op::StreamRead, GRB_STREAM_STOP), Reply::Pass().Do([](const Scripted::Call &) { throw 1; }));
+  }
+  const std::string report = testing::internal::GetCapturedStderr();
+  EXPECT_EQ("Fatal Error: Unknown Exception.", report.substr(0, report.find('\n'))) << report;
+  EXPECT_EQ(1, m_pOwner.use_count()) << "the parent is let go all the same";
+}
+
 TEST_F(StreamImpl, StopOfAnIdleEngineDoesNothing) {
   CStreamImpl engine(m_pInfo, m_pDeviceImpl);
   const size_t mark = Script().Mark();
@@ -183,8 +199,8 @@ TEST_F(StreamImpl, CountsAreClearedByAFailedStart) {
   EXPECT_EQ(0U, engine.GetNumStarted());
   const CBufferList list = OneBuffer(true);
   Script().On(Match(Op::StreamRead, GRB_STREAM_START), Reply::Failure(0x8123, "It broke."));
-  EXPECT_FAILURE(unknown_error, ": It broke. (GRB_StreamRead returned error code 0x8123)",
-                 engine.Acquire(0, 1, list, Parent(), true));
+  EXPECT_FAILURE_FROM(unknown_error, ": It broke. (GRB_StreamRead returned error code 0x8123)", kAcquire,
+                      engine.Acquire(0, 1, list, Parent(), true));
   EXPECT_EQ(0U, engine.GetNumStarted());
   EXPECT_EQ(1, m_pOwner.use_count());
   const size_t mark = Script().Mark();
