@@ -14,6 +14,8 @@ clean_tree() {
   printf '// SPDX-License-Identifier: MIT\nint a;\n' >"$tree/source/A.cpp"
   printf 'build   ninja-build\n' >"$tree/scripts/packages"
   printf 'The table: `ninja-build`.\n' >"$tree/CONTRIBUTING.md"
+  # White space fills a description, and its end is its own.
+  printf '<!-- text -->   \n\t<a/>\r\n</a>' >"$tree/source/A.xml"
   # What a build leaves behind is not looked at.
   printf 'no line end' >"$tree/build/B.cpp"
 }
@@ -31,11 +33,19 @@ refuses() {
 }
 
 # refuses_line LINE: with LINE at its end, where \t and \r count, source/A.cpp must be refused.
-# The words come in halves, so that this file does not hold them.
 refuses_line() {
   clean_tree
   printf '%b\n' "$1" >>"$tree/source/A.cpp"
   refuses source/A.cpp "the line $1"
+}
+
+# refuses_words WORDS: neither a source file nor a description may hold them.
+# The words come in halves, so that this file does not hold them.
+refuses_words() {
+  refuses_line "// $1"
+  clean_tree
+  printf '<!-- %s -->\n' "$1" >>"$tree/source/A.xml"
+  refuses source/A.xml "$1 in a description"
 }
 
 clean_tree
@@ -45,13 +55,13 @@ if ! "$check" "$tree" >"$log" 2>&1; then
   failed=1
 fi
 
-refuses_line "// as $(printf '%s' th)e spec says"
-refuses_line "// see $(printf '%s' Par)t 4.3"
-refuses_line "// see $(printf '%s' spe)c.md"
-refuses_line "// in $(printf '%s' /ho)me/someone/tree"
-refuses_line "// in $(printf '%s' /ro)ot/tree"
-refuses_line "// $(printf '%s' TO)DO"
-refuses_line "$(printf '%s' GTEST)_SKIP();"
+refuses_words "as $(printf '%s' th)e spec says"
+refuses_words "see $(printf '%s' Par)t 4.3"
+refuses_words "see $(printf '%s' spe)c.md"
+refuses_words "in $(printf '%s' /ho)me/someone/tree"
+refuses_words "in $(printf '%s' /ro)ot/tree"
+refuses_words "$(printf '%s' TO)DO"
+refuses_words "$(printf '%s' GTEST)_SKIP();"
 refuses_line 'int b; '
 refuses_line '\tint b;'
 refuses_line 'int b;\r'

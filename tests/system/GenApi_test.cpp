@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
 #include <map>
 #include <ostream>
 #include <set>
@@ -337,6 +339,112 @@ TEST_F(GenApiDevice, TextsAndFloatsAreReadBack) {
   }
 }
 
+// One value, many features --------------------------------------------------------------------------------------------
+
+/// What the library calls a pixel format: MONO8, BAYER_GR10, RGBA16.
+std::string LibraryName(std::string format) {
+  const std::string bayer = "Bayer";
+  const std::string pattern = format.rfind(bayer, 0) == 0 ? "BAYER_" : "";
+  format.erase(0, pattern.empty() ? 0 : bayer.size());
+  std::transform(format.begin(), format.end(), format.begin(),
+                 [](unsigned char letter) { return static_cast<char>(std::toupper(letter)); });
+  return pattern + format;
+}
+
+// The tables of the Producer and the entries of the description stand in two places: a format of the one must be an
+// entry of the other.
+TEST_F(GenApiDevice, FormatsOfTheLibraryFollowThePixelFormat) {
+  constexpr uint64_t kBusFormat = 0x1CA4;
+  constexpr uint32_t kGb14 = 0xC0022636;
+  constexpr uint32_t kRg16 = 0xC0022639;
+  Open(1);
+  const std::vector<EntryValue> formats = Device().Entries("PixelFormat");
+  EXPECT_EQ(formats.size(), 41U);
+  for (const EntryValue &format : formats) {
+    SCOPED_TRACE(format.name);
+    const std::string name = LibraryName(format.name);
+    Set("PixelFormat", format.name);
+    EXPECT_EQ(Device().Text("GRB_USR_FORMAT"), "GRB_USR_FORMAT_" + name);
+    EXPECT_EQ(Device().Integer("GRB_USR_FORMAT"), ReadU32(m_hDevice, 0x1CA8));
+    EXPECT_EQ(Device().Integer("GRB_BUS_FORMAT"), ReadU32(m_hDevice, kBusFormat));
+    if (format.name == "BayerRG16") {
+      // Kept: the entry has another's value, so what the library is set to is none.
+      EXPECT_EQ(ReadU32(m_hDevice, kBusFormat), kRg16);
+      EXPECT_EQ(Device().Text("GRB_BUS_FORMAT"), "");
+    } else if (format.name == "BayerGB14") {
+      // Two entries have this value: which of them is shown is the GenApi's own.
+      EXPECT_EQ(ReadU32(m_hDevice, kBusFormat), kGb14);
+    } else {
+      EXPECT_EQ(Device().Text("GRB_BUS_FORMAT"), "GRB_BUS_FORMAT_" + name);
+    }
+  }
+}
+
+TEST_F(GenApiDevice, ColourAndDepthFollowTheIncomingFormat) {
+  const std::pair<const char *, const char *> colours[] = {
+      {"BayerGR", "GRB_CAM_SRC_BAY_GRBG"}, {"BayerRG", "GRB_CAM_SRC_BAY_RGGB"}, {"BayerGB", "GRB_CAM_SRC_BAY_GBRG"},
+      {"BayerBG", "GRB_CAM_SRC_BAY_BGGR"}, {"Mono", "GRB_CAM_SRC_MONO"},        {"RGBa", "GRB_CAM_SRC_RGBA"},
+      {"RGB", "GRB_CAM_SRC_RGB"},          {"YUV422_", "GRB_CAM_SRC_YUV"}};
+  Open(1);
+  const std::vector<EntryValue> formats = Device().Entries("IncomingPixelFormat");
+  EXPECT_EQ(formats.size(), 36U);
+  for (const EntryValue &format : formats) {
+    SCOPED_TRACE(format.name);
+    const auto *const colour = std::find_if(std::begin(colours), std::end(colours),
+                                            [&](const auto &row) { return format.name.rfind(row.first, 0) == 0; });
+    ASSERT_NE(colour, std::end(colours));
+    Set("IncomingPixelFormat", format.name);
+    EXPECT_EQ(Device().Text("GRB_CAM_SRC_COL"), colour->second);
+    EXPECT_EQ(Device().Text("GRB_CAM_SRC_DEPTH"), format.name.substr(std::string(colour->first).size()));
+  }
+}
+
+TEST_F(GenApiDevice, CameraTypeFollowsTheScanType) {
+  Open(1);
+  for (const char *const type : {"LINESCAN", "AREASCAN", "LINESCAN"}) {
+    Set("DeviceScanType", std::string(type) == "LINESCAN" ? "Linescan" : "Areascan");
+    EXPECT_EQ(Device().Text("GRB_CAM_TYPE"), std::string("GRB_CAM_") + type + "_ROI");
+  }
+}
+
+// The tree stays at 1; a register write does not.
+TEST_F(GenApiDevice, BothDecimationsOfTheLibraryShowTheHorizontalOne) {
+  constexpr uint64_t kHorizontal = 0x624;
+  constexpr uint64_t kVertical = 0x628;
+  constexpr uint64_t kXSub = 0x1428;
+  constexpr uint64_t kYSub = 0x142C;
+  constexpr uint32_t kX1 = 0xC0020701;
+  Open(1);
+  uint32_t value = kX1;
+  for (const uint32_t factor : {1U, 2U, 4U, 8U}) {
+    SCOPED_TRACE(factor);
+    const std::string entry = "GRB_ACQ_X" + std::to_string(factor);
+    ASSERT_OK(WriteU32(m_hDevice, kHorizontal, factor));
+    EXPECT_EQ(ReadU32(m_hDevice, kXSub), value);
+    EXPECT_EQ(Device().Text("GRB_ACQ_XSUB"), entry);
+    // Kept: the vertical feature stands on the horizontal register.
+    EXPECT_EQ(Device().Text("GRB_ACQ_YSUB"), entry);
+    EXPECT_EQ(ReadU32(m_hDevice, kYSub), kX1);
+    ++value;
+  }
+  ASSERT_OK(WriteU32(m_hDevice, kVertical, 2));
+  EXPECT_EQ(ReadU32(m_hDevice, kYSub), kX1 + 1);
+  EXPECT_EQ(Device().Text("GRB_ACQ_YSUB"), "GRB_ACQ_X8");
+  ASSERT_OK(WriteU32(m_hDevice, kXSub, kX1 + 2));
+  EXPECT_EQ(Device().Text("GRB_ACQ_YSUB"), "GRB_ACQ_X4");
+}
+
+TEST_F(GenApiDevice, ShiftHasTwoNames) {
+  Open(1);
+  const std::string names[] = {"GRB_BIT_SHIFT", "GRB_LUT_SHIFT"};
+  for (const int64_t shift : {3, -2, 0}) {
+    for (size_t i = 0; i < 2; ++i) {
+      Set(names[i], shift + static_cast<int64_t>(i));
+      EXPECT_EQ(Device().Integer(names[1 - i]), shift + static_cast<int64_t>(i)) << names[i];
+    }
+  }
+}
+
 // Size of the image -------------------------------------------------------------------------------------------------
 
 TEST_P(GenApiDevice, PayloadSizeFollowsEachChangeOfTheImage) {
@@ -500,6 +608,23 @@ TEST_F(GenApiDevice, TimersAreLockedByTheirModes) {
   EXPECT_TRUE(Device().IsLocked("GRB_TIMERA1_SWTRIG"));
 }
 
+// No other node refers to these three, but they can be asked for.
+TEST_F(GenApiDevice, FormulasThatNothingRefersToHaveTheirValues) {
+  Open(1);
+  EXPECT_EQ(Device().Integer("StreramIndexAvailable"), 1);
+  for (const EntryValue &entry : Device().Entries("GRB_CAMTRIG_SRC")) {
+    Set("GRB_CAMTRIG_SRC", entry.name);
+    EXPECT_EQ(Device().Integer("SwTrigLocked"), entry.name == "GRB_CAMTRIG_SRC_SWTRIG_CHX" ? 0 : 1) << entry.name;
+    EXPECT_EQ(Device().Failure(), "");
+  }
+  // The mode that would free it is none of the entries.
+  for (const EntryValue &entry : Device().Entries("GRB_CAMTRIG_DELAY_MODE_D1CAM")) {
+    Set("GRB_CAMTRIG_DELAY_MODE_D1CAM", entry.name);
+    EXPECT_EQ(Device().Integer("TimerD1CamCountLocked"), 1) << entry.name;
+    EXPECT_EQ(Device().Failure(), "");
+  }
+}
+
 // Without a stream handle what needs one vanishes from the tree, and what is left can be read.
 TEST_P(GenApiDevice, OpenForReadingHidesWhatNeedsTheStream) {
   const std::set<std::string> kLeft = {"TLParamsLocked",
@@ -535,6 +660,7 @@ TEST_P(GenApiDevice, OpenForReadingHidesWhatNeedsTheStream) {
   EXPECT_EQ(Device().Integer("StreamCount"), 0);
   EXPECT_EQ(Device().Text("StreamID"), "-");
   EXPECT_EQ(Device().Maximum("StreamSelector"), -1);
+  EXPECT_EQ(Device().Integer("StreramIndexAvailable"), 0);
   EXPECT_FALSE(Device().SetText("GRB_CONFIG_FILE", "x.gcf"));
   EXPECT_NE(Device().Failure().find("Cannot write to device in READONLY mode."), std::string::npos)
       << Device().Failure();
@@ -566,6 +692,51 @@ TEST_P(GenApiDevice, OpenForControlShowsAll) {
 INSTANTIATE_TEST_SUITE_P(Channel, GenApiDevice, testing::Values(1U, 2U));
 
 // Selectors ---------------------------------------------------------------------------------------------------------
+
+/// Trees of modules whose lists nobody has asked for yet.
+class GenApiBeforeAnUpdate : public SimulationTest {
+ protected:
+  /// Features of the tree that are not available, and no others fail to be read.
+  static std::set<std::string> Hidden(CNodeMap &map) {
+    std::set<std::string> names;
+    for (const std::string &name : map.Features()) {
+      if (!map.IsAvailable(name)) {
+        EXPECT_EQ(map.Failure(), "") << name << ": the question itself failed";
+        names.insert(name);
+      } else if (map.IsReadable(name)) {
+        map.Text(name);
+        EXPECT_EQ(map.Failure(), "") << name;
+      }
+    }
+    return names;
+  }
+};
+
+TEST_F(GenApiBeforeAnUpdate, SystemHidesItsSelector) {
+  CNodeMap map(OpenSystem());
+  ASSERT_TRUE(map.IsBuilt());
+  EXPECT_EQ(map.Integer("InterfaceCount"), 0);
+  EXPECT_EQ(map.Integer("TLIndexAvailable"), 0);
+  EXPECT_EQ(map.Maximum("InterfaceSelector"), -1);
+  EXPECT_EQ(Hidden(map), std::set<std::string>{"InterfaceSelector"});
+  EXPECT_EQ(map.Text("InterfaceID"), "");
+  EXPECT_TRUE(map.Execute("InterfaceUpdateList")) << map.Failure();
+  EXPECT_EQ(map.Maximum("InterfaceSelector"), 0);
+  EXPECT_EQ(Hidden(map), std::set<std::string>());
+}
+
+TEST_F(GenApiBeforeAnUpdate, InterfaceHidesWhatItShowsOfADevice) {
+  CNodeMap map(OpenInterface());
+  ASSERT_TRUE(map.IsBuilt());
+  EXPECT_EQ(map.Integer("DeviceCount"), 0);
+  EXPECT_EQ(map.Integer("DeviceIndexAvailable"), 0);
+  EXPECT_EQ(map.Maximum("DeviceSelector"), -1);
+  EXPECT_EQ(Hidden(map), (std::set<std::string>{"DeviceSelector", "DeviceID", "DeviceVendorName", "DeviceModelName",
+                                                "DeviceDisplayName", "DeviceAccessStatus"}));
+  EXPECT_TRUE(map.Execute("DeviceUpdateList")) << map.Failure();
+  EXPECT_EQ(map.Maximum("DeviceSelector"), 1);
+  EXPECT_EQ(Hidden(map), std::set<std::string>());
+}
 
 TEST_F(GenApi, InterfaceSelectorShowsTheBoard) {
   CNodeMap map(m_hSystem);

@@ -41,6 +41,7 @@ struct FeatureRow {
 
 struct FormulaRow {
   const char *name;
+  const char *group;
   const char *nameSpace;
   const char *visibility;
   const char *variables;
@@ -347,36 +348,40 @@ inline constexpr FeatureRow kFeatures[] = {
 };
 
 inline constexpr FormulaRow kFormulas[] = {
-    {"MaxStreamIndex", "-", "-", "MAXINDEX = StreamCount", "MAXINDEX - 1"},
-    {"StreramIndexAvailable", "-", "-", "MAXINDEX = StreamCount", "((MAXINDEX - 1) < 0) ? 0 : 1"},
-    {"WidthMax", "Standard", "Expert", "IncomingWidth = IncomingWidth, DECIMATION = DecimationHorizontal",
+    {"MaxStreamIndex", "StreamEnumeration", "-", "-", "MAXINDEX = StreamCount", "MAXINDEX - 1"},
+    {"StreramIndexAvailable", "StreamEnumeration", "-", "-", "MAXINDEX = StreamCount", "((MAXINDEX - 1) < 0) ? 0 : 1"},
+    {"WidthMax", "ImageFormatControl", "Standard", "Expert",
+     "IncomingWidth = IncomingWidth, DECIMATION = DecimationHorizontal",
      "DECIMATION ? IncomingWidth / DECIMATION : IncomingWidth"},
-    {"HeightMax", "Standard", "Expert", "IncomingHeight = IncomingHeight, DECIMATION = DecimationVertical",
+    {"HeightMax", "ImageFormatControl", "Standard", "Expert",
+     "IncomingHeight = IncomingHeight, DECIMATION = DecimationVertical",
      "DECIMATION ? IncomingHeight / DECIMATION : IncomingHeight"},
-    {"OffsetYMax", "Custom", "Invisible", "HEIGHTMAX = HeightMax, HEIGHT = Height", "HEIGHTMAX - HEIGHT"},
-    {"OffsetXMax", "Custom", "Invisible", "WIDTHMAX = WidthMax, WIDTH = Width", "WIDTHMAX - WIDTH"},
-    {"TimerD1CamValueNsLocked", "Custom", "Invisible",
+    {"OffsetYMax", "ImageFormatControl", "Custom", "Invisible", "HEIGHTMAX = HeightMax, HEIGHT = Height",
+     "HEIGHTMAX - HEIGHT"},
+    {"OffsetXMax", "ImageFormatControl", "Custom", "Invisible", "WIDTHMAX = WidthMax, WIDTH = Width",
+     "WIDTHMAX - WIDTH"},
+    {"TimerD1CamValueNsLocked", "GRB_CounterTimer", "Custom", "Invisible",
      "CAMTRIG_DELAY_MODE_D1CAM = GRB_CAMTRIG_DELAY_MODE_D1CAM, TLPARAMS_LOCKED = TLParamsLocked",
      "TLPARAMS_LOCKED ? 1:((CAMTRIG_DELAY_MODE_D1CAM = 0xc0093e02) ? 0:1)"},
-    {"TimerD1CamCountLocked", "Custom", "Invisible",
+    {"TimerD1CamCountLocked", "GRB_CounterTimer", "Custom", "Invisible",
      "CAMTRIG_DELAY_MODE_D1CAM = GRB_CAMTRIG_DELAY_MODE_D1CAM, TLPARAMS_LOCKED = TLParamsLocked",
      "TLPARAMS_LOCKED ? 1:((CAMTRIG_DELAY_MODE_D1CAM = 0xc0093e03) ? 0:1)"},
-    {"TimerD2CamValueNsLocked", "Custom", "Invisible",
+    {"TimerD2CamValueNsLocked", "GRB_CounterTimer", "Custom", "Invisible",
      "CAMTRIG_DELAY_MODE_D2CAM = GRB_CAMTRIG_DELAY_MODE_D2CAM, TLPARAMS_LOCKED = TLParamsLocked",
      "TLPARAMS_LOCKED ? 1:((CAMTRIG_DELAY_MODE_D2CAM = 0xc0093e02) ? 0:1)"},
-    {"TimerD1FgValueNsLocked", "Custom", "Invisible",
+    {"TimerD1FgValueNsLocked", "GRB_CounterTimer", "Custom", "Invisible",
      "FGTRIG_DELAY_MODE = GRB_FGTRIG_DELAY_MODE, TLPARAMS_LOCKED = TLParamsLocked",
      "TLPARAMS_LOCKED ? 1:((FGTRIG_DELAY_MODE = 0xc0027803) ? 0:1)"},
-    {"TimerD1FgCountLocked", "Custom", "Invisible",
+    {"TimerD1FgCountLocked", "GRB_CounterTimer", "Custom", "Invisible",
      "FGTRIG_DELAY_MODE = GRB_FGTRIG_DELAY_MODE, TLPARAMS_LOCKED = TLParamsLocked",
      "TLPARAMS_LOCKED ? 1:(((FGTRIG_DELAY_MODE = 0xc0027802) ? 0:1) && ((FGTRIG_DELAY_MODE = 0xc0027804) ? "
      "0:1))"},
-    {"TimerA1PulseCountLocked", "Custom", "Invisible",
+    {"TimerA1PulseCountLocked", "GRB_CounterTimer", "Custom", "Invisible",
      "TIMERA1_MODE = GRB_TIMERA1_MODE, TLPARAMS_LOCKED = TLParamsLocked",
      "TLPARAMS_LOCKED ? 1:((TIMERA1_MODE = 0xc0095202) ? 0:1)"},
-    {"TimerA1SwTrigLocked", "Custom", "Invisible", "TIMERA1_MODE = GRB_TIMERA1_MODE",
+    {"TimerA1SwTrigLocked", "GRB_CounterTimer", "Custom", "Invisible", "TIMERA1_MODE = GRB_TIMERA1_MODE",
      "(TIMERA1_MODE = 0xc0095202 ? 0:1)"},
-    {"SwTrigLocked", "Custom", "Invisible", "CAMTRIG_SRC = GRB_CAMTRIG_SRC",
+    {"SwTrigLocked", "GRB_CameraTriggerControl", "Custom", "Invisible", "CAMTRIG_SRC = GRB_CAMTRIG_SRC",
      "(CAMTRIG_SRC = 0xc0027204 ? 0:1) && (CAMTRIG_SRC = 0xc0027216 ? 0:1) && (CAMTRIG_SRC = 0xc0027217 ? 0:1) "
      "&& (CAMTRIG_SRC = 0xc0027218 ? 0:1) && (CAMTRIG_SRC = 0xc0027219 ? 0:1)"},
 };

@@ -9,11 +9,12 @@
 #include <cstring>
 #include <exception>
 #include <fstream>
+#include <initializer_list>
 #include <iomanip>
 #include <iostream>
 #include <map>
-#include <optional>
 #include <regex>
+#include <set>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -24,6 +25,7 @@
 namespace {
 
 using Identifiers = std::vector<std::string>;
+using Nodes = std::vector<pugi::xml_node>;
 
 struct Description {
   const char *module;
@@ -42,6 +44,21 @@ constexpr Description kDescriptions[] = {
     {"Buffer", "LumivexTLBuffer.xml", "A buffer of a stream. The file is carried, but no port gives it."},
 };
 
+/// Code that reaches the library without the name of a parameter, and what it reaches.
+struct OtherUse {
+  const char *code;
+  const char *meaning;
+};
+
+constexpr OtherUse kOtherUses[] = {
+    {"et(m_dwIoInPort", "the one that `GRB_IO_IN_PORT` chooses"},
+    {"et(m_dwIoOutPort", "the one that `GRB_IO_OUT_PORT` chooses, at the bit of `GRB_IO_OUT_BIT`"},
+    {"->LoadGcf(", "all: the stream handle is made anew from the file"},
+};
+
+// Values of enumerations are small numbers or bit patterns of the hardware.
+constexpr uint64_t kSmallNumber = 0xFFFF;
+
 std::string ReadText(const std::string &file) {
   std::ifstream stream(file, std::ios::binary);
   std::ostringstream text;
@@ -51,11 +68,13 @@ std::string ReadText(const std::string &file) {
   return text.str();
 }
 
-std::string Hex(uint64_t value) {
+std::string Hex(uint64_t value, int digits) {
   std::ostringstream text;
-  text << "0x" << std::hex << std::uppercase << std::setw(4) << std::setfill('0') << value;
+  text << "0x" << std::hex << std::uppercase << std::setw(digits) << std::setfill('0') << value;
   return text.str();
 }
+
+std::string Quoted(const std::string &name) { return "`" + name + "`"; }
 
 void AddOnce(Identifiers &identifiers, const std::string &name) {
   if (std::find(identifiers.begin(), identifiers.end(), name) == identifiers.end()) {
@@ -77,8 +96,8 @@ std::string Body(const std::string &code, const std::string &function) {
   return begin == std::string::npos ? "" : code.substr(begin, code.find("\n}", begin) - begin);
 }
 
-/// Which parameters of the library stand behind the virtual registers, by address: taken from the code that passes
-/// them on. A row without identifiers names functions, and these name what they set and get.
+/// What of the library stands behind the virtual registers, by address, as the page shows it: taken from the code that
+/// passes it on. A row without identifiers names functions, and these name what they set and get.
 std::map<uint64_t, Identifiers> LibraryParameters(const std::string &tree) {
   const std::string code = ReadText(tree + "/source/tllumivex/DeviceImpl.cpp");
   const std::string header = ReadText(tree + "/source/grblx64/grblx64.h");
@@ -93,21 +112,36 @@ std::map<uint64_t, Identifiers> LibraryParameters(const std::string &tree) {
   std::map<uint64_t, Identifiers> parameters;
   for (std::sregex_iterator it(table.begin(), table.end(), rowPattern); it != std::sregex_iterator(); ++it) {
     const std::smatch &row = *it;
-    Identifiers &identifiers = parameters[std::stoull(row[1], nullptr, 16)];
+    Identifiers identifiers;
+    Identifiers others;
     for (const std::string &id : {row[2].str(), row[3].str()}) {
       if (id != "0") {
         AddOnce(identifiers, id);
       }
     }
     for (const std::string &function : {row[4].str(), row[5].str()}) {
-      for (const std::string &id : Matches(Body(code, function), usePattern)) {
+      const std::string body = Body(code, function);
+      for (const std::string &id : Matches(body, usePattern)) {
         AddOnce(identifiers, id);
       }
+      for (const OtherUse &use : kOtherUses) {
+        if (body.find(use.code) != std::string::npos) {
+          AddOnce(others, use.meaning);
+        }
+      }
     }
+    Identifiers &shown = parameters[std::stoull(row[1], nullptr, 16)];
     for (const std::string &id : identifiers) {
       if (!std::regex_search(header, std::regex("\\b" + id + "\\b"))) {
         throw std::runtime_error("grblx64.h has no " + id);
       }
+      shown.push_back(Quoted(id));
+    }
+    shown.insert(shown.end(), others.begin(), others.end());
+  }
+  for (const OtherUse &use : kOtherUses) {
+    if (code.find(use.code) == std::string::npos) {
+      throw std::runtime_error(std::string("DeviceImpl.cpp has no ") + use.code);
     }
   }
   size_t rows = 0;
@@ -131,11 +165,19 @@ class CFeatures {
   }
 
   void Write(std::ostream &out) const {
-    if (m_Nodes.count("Root") > 0) {
-      WriteCategory(out, Node("Root"));
-    } else {
+    if (m_Nodes.count("Root") == 0) {
       out << '\n';
-      WriteFeatures(out, Unnamed());
+      WriteFeatures(out, Outside({}));
+      return;
+    }
+    std::set<std::string> listed;
+    WriteCategory(out, Node("Root"), listed);
+    const Nodes outside = Outside(listed);
+    if (!outside.empty()) {
+      out << "\n### Not in the tree\n\n"
+             "No category of the tree leads to these: a GenApi gives them to who asks by name. Conditions and ranges\n"
+             "above name some of them.\n\n";
+      WriteFeatures(out, outside);
     }
   }
 
@@ -146,6 +188,7 @@ class CFeatures {
         AddNodes(node);
       } else if (node.attribute("Name")) {
         m_Nodes[node.attribute("Name").value()] = node;
+        m_Order.push_back(node);
       }
     }
   }
@@ -158,15 +201,21 @@ class CFeatures {
     return found->second;
   }
 
-  /// Nodes that no other node names, in their order: the features of a description without categories.
-  std::vector<pugi::xml_node> Unnamed() const {
-    std::vector<pugi::xml_node> nodes;
-    for (const pugi::xml_node node : m_Document.document_element().children()) {
+  /// What is a feature of its own and not among those listed, in the order of the file. None is what only carries one:
+  /// categories, ports, registers that a value comes from, base addresses.
+  Nodes Outside(const std::set<std::string> &listed) const {
+    std::set<std::string> carriers;
+    for (const pugi::xml_node node : m_Order) {
+      for (const char *element : {"pValue", "pAddress", "pPort"}) {
+        for (const pugi::xml_node carrier : node.children(element)) {
+          carriers.insert(carrier.child_value());
+        }
+      }
+    }
+    Nodes nodes;
+    for (const pugi::xml_node node : m_Order) {
       const std::string name = node.attribute("Name").value();
-      const bool named = std::any_of(m_Nodes.begin(), m_Nodes.end(), [&](const auto &other) {
-        return other.second.find_child([&](pugi::xml_node child) { return name == child.child_value(); });
-      });
-      if (!name.empty() && !named) {
+      if (listed.count(name) == 0 && carriers.count(name) == 0 && std::strcmp(node.name(), "Category") != 0) {
         nodes.push_back(node);
       }
     }
@@ -226,15 +275,29 @@ class CFeatures {
     if (node.child(value)) {
       return node.child_value(value);
     }
-    return node.child(reference) ? std::string("`") + node.child_value(reference) + "`" : "";
+    return node.child(reference) ? Quoted(node.child_value(reference)) : "";
+  }
+
+  /// The formula, with what its variables stand for where their names do not say it.
+  static std::string Formula(pugi::xml_node node) {
+    std::string text = Code(node.child_value("Formula"));
+    const char *separator = " where ";
+    for (const pugi::xml_node variable : node.children("pVariable")) {
+      const std::string name = variable.attribute("Name").value();
+      if (name != variable.child_value()) {
+        text += separator + Quoted(name) + " is " + Quoted(variable.child_value());
+        separator = ", ";
+      }
+    }
+    return text;
   }
 
   std::string Range(pugi::xml_node node) const {
     if (node.child("Formula")) {
-      return Code(node.child_value("Formula"));
+      return Formula(node);
     }
     if (node.child("Value") && std::strcmp(node.name(), "Enumeration") != 0) {
-      return node.child_value("Value");
+      return std::string(Access(node) == "RW" ? "starts at " : "") + node.child_value("Value");
     }
     const std::string lowest = Limit(node, "Min", "pMin");
     const std::string highest = Limit(node, "Max", "pMax");
@@ -264,22 +327,35 @@ class CFeatures {
     return text;
   }
 
-  static std::string Code(const std::string &text) { return "`" + Escaped(text) + "`"; }
+  static std::string Code(const std::string &text) { return Quoted(Escaped(text)); }
 
-  /// Conditions of a node and of all that its value comes from.
-  std::string Conditions(pugi::xml_node node) const {
-    std::string text;
-    for (;;) {
-      for (const auto &[element, word] : {std::pair("pIsAvailable", "if `"), std::pair("pIsLocked", "not while `")}) {
-        for (const pugi::xml_node condition : node.children(element)) {
-          text += (text.empty() ? "" : ", ") + std::string(word) + condition.child_value() + "`";
-        }
-      }
-      if (!node.child("pValue")) {
-        return text;
-      }
-      node = Node(node.child_value("pValue"));
+  /// The nodes that elements of that name give, in this node and in those that its value comes from by the others.
+  void AddConditions(Identifiers &names, pugi::xml_node node, const char *element,
+                     std::initializer_list<const char *> ways) const {
+    for (const pugi::xml_node condition : node.children(element)) {
+      AddOnce(names, condition.child_value());
     }
+    for (const char *way : ways) {
+      for (const pugi::xml_node behind : node.children(way)) {
+        AddConditions(names, Node(behind.child_value()), element, ways);
+      }
+    }
+  }
+
+  /// A formula is there if its variables are; nothing locks it.
+  std::string Conditions(pugi::xml_node node) const {
+    Identifiers needed;
+    Identifiers locks;
+    AddConditions(needed, node, "pIsAvailable", {"pValue", "pVariable"});
+    AddConditions(locks, node, "pIsLocked", {"pValue"});
+    std::string text;
+    for (const std::string &name : needed) {
+      text += (text.empty() ? "if " : ", if ") + Quoted(name);
+    }
+    for (const std::string &name : locks) {
+      text += (text.empty() ? "not while " : ", not while ") + Quoted(name);
+    }
+    return text;
   }
 
   std::string Parameter(pugi::xml_node node) const {
@@ -287,8 +363,8 @@ class CFeatures {
     const auto found = IsRegister(source) ? m_Parameters.find(Address(source)) : m_Parameters.end();
     std::string text;
     if (found != m_Parameters.end()) {
-      for (const std::string &id : found->second) {
-        text += (text.empty() ? "`" : ", `") + id + "`";
+      for (const std::string &parameter : found->second) {
+        text += (text.empty() ? "" : ", ") + parameter;
       }
     }
     return text;
@@ -300,7 +376,7 @@ class CFeatures {
     const pugi::xml_node source = Source(node);
     out << "| `" << node.attribute("Name").value() << "` | " << Cell(Type(node)) << Cell(Access(node))
         << Cell(Conditions(node)) << Cell(Range(node)) << Cell(node.child_value("Unit"))
-        << Cell(IsRegister(source) ? Hex(Address(source)) + ", " + source.child_value("Length") + " bytes" : "")
+        << Cell(IsRegister(source) ? Hex(Address(source), 4) + ", " + source.child_value("Length") + " bytes" : "")
         << Cell(Parameter(node)) << Escaped(node.child_value("ToolTip")) << " |\n";
   }
 
@@ -310,7 +386,9 @@ class CFeatures {
     }
     out << "\nEntries of `" << node.attribute("Name").value() << "`:\n\n";
     for (const pugi::xml_node entry : node.children("EnumEntry")) {
-      out << "- `" << entry.attribute("Name").value() << "` = " << entry.child_value("Value");
+      const uint64_t value = std::stoull(entry.child_value("Value"), nullptr, 0);
+      out << "- `" << entry.attribute("Name").value()
+          << "` = " << (value <= kSmallNumber ? std::to_string(value) : Hex(value, 8));
       if (entry.child("ToolTip")) {
         out << ": " << entry.child_value("ToolTip");
       }
@@ -318,7 +396,7 @@ class CFeatures {
     }
   }
 
-  void WriteFeatures(std::ostream &out, const std::vector<pugi::xml_node> &features) const {
+  void WriteFeatures(std::ostream &out, const Nodes &features) const {
     out << "| Feature | Type | Access | Condition | Range | Unit | Register | Library parameter | Tool tip |\n"
         << "|---|---|---|---|---|---|---|---|---|\n";
     for (const pugi::xml_node feature : features) {
@@ -329,10 +407,11 @@ class CFeatures {
     }
   }
 
-  void WriteCategory(std::ostream &out, pugi::xml_node category) const {
-    std::vector<pugi::xml_node> features;
-    std::vector<pugi::xml_node> categories;
+  void WriteCategory(std::ostream &out, pugi::xml_node category, std::set<std::string> &listed) const {
+    Nodes features;
+    Nodes categories;
     for (const pugi::xml_node feature : category.children("pFeature")) {
+      listed.insert(feature.child_value());
       const pugi::xml_node node = Node(feature.child_value());
       (std::strcmp(node.name(), "Category") == 0 ? categories : features).push_back(node);
     }
@@ -344,13 +423,14 @@ class CFeatures {
       WriteFeatures(out, features);
     }
     for (const pugi::xml_node next : categories) {
-      WriteCategory(out, next);
+      WriteCategory(out, next, listed);
     }
   }
 
   const std::map<uint64_t, Identifiers> m_Parameters;
   pugi::xml_document m_Document;
   std::map<std::string, pugi::xml_node> m_Nodes;
+  Nodes m_Order;  ///< of the file
 };
 
 std::string Document(const std::string &tree) {
@@ -358,13 +438,19 @@ std::string Document(const std::string &tree) {
   out << "# Features\n\n"
          "<!-- Generated by the target features_doc. Change the descriptions in source/tllumivex/xml and build it. "
          "-->\n\n"
-         "All features that the modules of the Producer describe, in the order of their categories. `lumivex "
-         "features`\n"
-         "shows them with their present values; the camera brings a description of its own.\n\n"
-         "- Access: RO read, WO write, RW both; a constant stands in the description itself.\n"
+         "All features that the modules of the Producer describe, in the order of their categories, and behind them\n"
+         "those that no category lists. `lumivex features` shows the ones of the categories with their present "
+         "values;\n"
+         "the camera brings a description of its own.\n\n"
+         "- Access: RO read, WO write, RW both; a constant stands in the description itself. RW without a register: "
+         "the\n"
+         "  value lives in the program that reads the description, and the Producer never sees it.\n"
          "- Condition: the feature is there only if, and can be changed only while not, the named node is true.\n"
-         "- Range: a name in it is that of the node that has the limit. Without one, what fits into the register.\n"
-         "- Library parameter: what the register sets or gets in the frame-grabber library.\n";
+         "- Range: a name in it is that of the node that has the limit. Without one, what fits into the register. For "
+         "a\n"
+         "  feature that is computed, the formula.\n"
+         "- Library parameter: what the register sets or gets in the frame-grabber library; empty where there is "
+         "none.\n";
   for (const Description &description : kDescriptions) {
     const bool device = std::strcmp(description.module, "Device") == 0;
     const CFeatures features(tree + "/source/tllumivex/xml/" + description.file,
