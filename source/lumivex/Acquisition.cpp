@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "Acquisition.h"
 
 #include <exception>

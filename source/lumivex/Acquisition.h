@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_ACQUISITION_H_
-#define LUMIVEX_CONSUMER_ACQUISITION_H_
+#pragma once
 
 #include "CxpCamera.h"
 #include "DataStream.h"
@@ -36,5 +34,3 @@ class CAcquisition {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_ACQUISITION_H_

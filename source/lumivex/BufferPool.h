@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_BUFFERPOOL_H_
-#define LUMIVEX_CONSUMER_BUFFERPOOL_H_
+#pragma once
 
 #include <cstddef>
 #include <cstdlib>
@@ -43,5 +41,3 @@ class CBufferPool {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_BUFFERPOOL_H_

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "Catalog.h"
 
 #include <algorithm>
@@ -9,8 +8,6 @@
 
 namespace Lumivex::Consumer {
 namespace {
-
-std::string FullName(const CameraEntry &camera) { return "'" + camera.boardId + "/" + camera.id + "'"; }
 
 bool IsNamed(const CameraEntry &camera, const std::string &wish) {
   if (wish == camera.id || wish == camera.name) {
@@ -35,9 +32,9 @@ const CameraEntry &SelectFree(const std::vector<CameraEntry> &cameras, CameraNee
     if (need == CameraNeed::Any) {
       return cameras.front();
     }
-    throw CCommandError(ExitCode::DeviceBusy, cameras.size() == 1
-                                                  ? "the only camera, " + FullName(cameras.front()) + ", is busy"
-                                                  : "all " + std::to_string(cameras.size()) + " cameras are busy");
+    throw CCommandError(ExitCode::DeviceBusy,
+                        cameras.size() == 1 ? "the only camera, " + CCatalog::FullName(cameras.front()) + ", is busy"
+                                            : "no camera is free: all " + std::to_string(cameras.size()) + " are busy");
   }
   return *found;
 }
@@ -102,6 +99,8 @@ std::vector<CameraEntry> CCatalog::Cameras() const {
   }
   return cameras;
 }
+
+std::string CCatalog::FullName(const CameraEntry &camera) { return "'" + camera.boardId + "/" + camera.id + "'"; }
 
 bool CCatalog::IsFree(const CameraEntry &camera) {
   return camera.status == GenTL::DEVICE_ACCESS_STATUS_READWRITE || camera.status == GenTL::DEVICE_ACCESS_STATUS_UNKNOWN;

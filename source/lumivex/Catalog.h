@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_CATALOG_H_
-#define LUMIVEX_CONSUMER_CATALOG_H_
+#pragma once
 
 #include <cstddef>
 #include <filesystem>
@@ -67,6 +65,9 @@ class CCatalog {
   static const CameraEntry &Select(const std::vector<CameraEntry> &cameras, const std::string &wish,
                                    CameraNeed need = CameraNeed::Free);
 
+  /// "'board/camera'", which fits no other camera of the Producer.
+  static std::string FullName(const CameraEntry &camera);
+
   /// Whether a camera can be opened for control, as far as its Producer tells.
   static bool IsFree(const CameraEntry &camera);
 
@@ -80,5 +81,3 @@ class CCatalog {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_CATALOG_H_

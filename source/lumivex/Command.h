@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
+#pragma once
 
-#ifndef LUMIVEX_CONSUMER_COMMAND_H_
-#define LUMIVEX_CONSUMER_COMMAND_H_
-
-#include <iostream>
 #include <string>
 
 #include <CLI/CLI.hpp>
@@ -14,8 +11,9 @@ namespace Lumivex::Consumer {
 
 /// One of the things that lumivex can be told to do: `lumivex list`, `lumivex grab`, ...
 ///
-/// Ownership: made by main(), which lets each declare its options, parses the command line, and runs the one that was
-/// named. Threads: one. Run throws CCommandError.
+/// main() makes them all, lets each declare its options, parses the command line, and runs the one that was named.
+/// Ownership: main()'s; what they open goes with them, or before. Threads: one.
+/// Throws: Run throws CCommandError; Declare nothing that a user could bring about.
 class ICommand {
  public:
   virtual ~ICommand() = default;
@@ -26,18 +24,13 @@ class ICommand {
   virtual ExitCode Run() = 0;
 };
 
-/// Throws CCommandError(Output) when what was printed so far could not be written.
-inline void RequireOutput() {
-  if (!std::cout) {
-    throw CCommandError(ExitCode::Output, "cannot write to the standard output");
-  }
-}
+/// Throws CCommandError when what was printed so far could not be written: Output, or ReaderGone where that is why.
+void RequireOutput();
+
+/// Prints a value and the end of its line, unless it has one. Throws as RequireOutput.
+void PrintValue(const std::string &value);
 
 /// Adds the option that every command has: which Producer to load.
-inline void AddProducerOption(CLI::App &command, std::string &file) {
-  command.add_option("--cti", file, "Producer to load (default: all in GENICAM_GENTL64_PATH)")->type_name("PATH");
-}
+void AddProducerOption(CLI::App &command, std::string &file);
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_COMMAND_H_

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "CommandError.h"
 
 #include "Text.h"

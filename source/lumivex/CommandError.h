@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_COMMANDERROR_H_
-#define LUMIVEX_CONSUMER_COMMANDERROR_H_
+#pragma once
 
 #include <stdexcept>
 #include <string>
@@ -26,5 +24,3 @@ class CCommandError : public std::runtime_error {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_COMMANDERROR_H_

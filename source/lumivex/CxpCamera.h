@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_CXPCAMERA_H_
-#define LUMIVEX_CONSUMER_CXPCAMERA_H_
+#pragma once
 
 #include <cstdint>
 
@@ -32,5 +30,3 @@ class CCxpCamera {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_CXPCAMERA_H_

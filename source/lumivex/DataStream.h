@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_DATASTREAM_H_
-#define LUMIVEX_CONSUMER_DATASTREAM_H_
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -16,7 +14,8 @@ namespace Lumivex::Consumer {
 /// An open data stream, from DevOpenDataStream to DSClose.
 ///
 /// Ownership: outlives the buffer pool, the events and the acquisition made on it; holds its device.
-/// Threads: one. Throws CGenTLError.
+/// Threads: one; no locks. A device opened for reading only lends none.
+/// Throws CGenTLError: also for a question that the Producer has to answer and does not.
 class CDataStream {
  public:
   CDataStream(std::shared_ptr<const CDevice> pDevice, const std::string &id);
@@ -46,5 +45,3 @@ class CDataStream {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_DATASTREAM_H_

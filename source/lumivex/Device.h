@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_DEVICE_H_
-#define LUMIVEX_CONSUMER_DEVICE_H_
+#pragma once
 
 #include <memory>
 #include <string>
@@ -13,8 +11,9 @@ namespace Lumivex::Consumer {
 
 /// An open device, that is a camera as the host sees it, from IFOpenDevice to DevClose.
 ///
-/// Ownership: shared by its streams; holds its interface.
-/// Threads: one. Throws CGenTLError; CCommandError(DeviceBusy) from the constructor when another program has it.
+/// Ownership: shared by its streams and by the port of its registers; holds its interface.
+/// Threads: one; no locks. While it is open for control, no other program can control the camera.
+/// Throws CGenTLError; CCommandError(DeviceBusy) from the constructor when another program has it.
 class CDevice {
  public:
   CDevice(std::shared_ptr<const CInterface> pInterface, const std::string &id, GenTL::DEVICE_ACCESS_FLAGS access);
@@ -39,5 +38,3 @@ class CDevice {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_DEVICE_H_

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "ErrorEvents.h"
 
 #include <algorithm>
@@ -10,7 +9,7 @@
 namespace Lumivex::Consumer {
 namespace {
 
-// The Lumivex Producer's own code for a frame that found no free buffer.
+// The Lumivex Producer's own code for an overflow: one or more frames found no free buffer. How many is not told.
 constexpr int64_t kFifoOverflow = -10002;
 
 constexpr std::size_t kDefaultRecordSize = 2048;
@@ -72,7 +71,7 @@ std::vector<std::string> CErrorEvents::Summary() const {
   std::vector<std::string> lines;
   for (const auto &[report, count] : m_Counts) {
     if (report.first == kFifoOverflow) {
-      lines.insert(lines.begin(), Counted(count, "frame") + " lost: " + report.second);
+      lines.insert(lines.begin(), "frames were lost " + Counted(count, "time") + ": " + report.second);
     } else {
       lines.push_back("the Producer reported " + Counted(count, "error") + " " + std::to_string(report.first) + ": " +
                       report.second);

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_ERROREVENTS_H_
-#define LUMIVEX_CONSUMER_ERROREVENTS_H_
+#pragma once
 
 #include <cstdint>
 #include <map>
@@ -28,7 +26,7 @@ class CErrorEvents {
   /// Takes what has been reported since the last time; does not wait.
   void Collect();
 
-  /// The reports in words: "3 frames lost (...)", "2 x ...", most important first.
+  /// The reports in words: "frames were lost 3 times: ...", "the Producer reported 2 errors ...", most important first.
   std::vector<std::string> Summary() const;
 
  private:
@@ -41,5 +39,3 @@ class CErrorEvents {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_ERROREVENTS_H_

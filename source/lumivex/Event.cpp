@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "Event.h"
 
 namespace Lumivex::Consumer {

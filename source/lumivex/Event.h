@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_EVENT_H_
-#define LUMIVEX_CONSUMER_EVENT_H_
+#pragma once
 
 #include <chrono>
 #include <cstddef>
@@ -12,7 +10,9 @@ namespace Lumivex::Consumer {
 
 /// An event registered on a module, from GCRegisterEvent to GCUnregisterEvent.
 ///
-/// Ownership: dies before the module that it is registered on. Threads: one. Throws CGenTLError.
+/// Ownership: member of what listens; dies before the module that it is registered on.
+/// Threads: one; the Producer wakes it, and no lock is held while it waits.
+/// Throws CGenTLError; a wait that ends without a record is no error.
 class CEvent {
  public:
   CEvent(const CProducer &producer, GenTL::EVENTSRC_HANDLE hSource, GenTL::EVENT_TYPE type);
@@ -34,5 +34,3 @@ class CEvent {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_EVENT_H_

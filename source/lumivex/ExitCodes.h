@@ -1,26 +1,10 @@
 // SPDX-License-Identifier: MIT
+#pragma once
 
 /// \file
 /// How lumivex ends. Scripts rely on these numbers: they are never given another meaning.
-///
-/// | Code | Meaning                                                              |
-/// |------|----------------------------------------------------------------------|
-/// | 0    | done                                                                 |
-/// | 1    | the command line cannot be understood                                |
-/// | 2    | no Producer found, or the one named cannot be loaded                 |
-/// | 3    | no such camera, or the name fits several                             |
-/// | 4    | the camera is busy                                                   |
-/// | 5    | a function of the Producer failed                                    |
-/// | 6    | a picture cannot be written                                          |
-/// | 7    | no frame came in time                                                |
-/// | 8    | lumivex itself failed, as for want of memory                         |
-/// | 9    | no feature of this name                                              |
-/// | 10   | the feature cannot be read or written now                            |
-/// | 11   | the feature does not take this value                                 |
-/// | 130  | interrupted (SIGINT or SIGTERM)                                      |
 
-#ifndef LUMIVEX_CONSUMER_EXITCODES_H_
-#define LUMIVEX_CONSUMER_EXITCODES_H_
+#include <string>
 
 namespace Lumivex::Consumer {
 
@@ -38,6 +22,7 @@ enum class ExitCode : int {
   FeatureAccess = 10,
   FeatureValue = 11,
   Interrupted = 130,
+  ReaderGone = 141,  ///< What a shell shows of a program that such a reader ends by SIGPIPE.
 };
 
 struct ExitCodeRow {
@@ -45,23 +30,24 @@ struct ExitCodeRow {
   const char *text;
 };
 
-/// The table above as `lumivex --help` prints it.
 constexpr ExitCodeRow kExitCodes[] = {
     {ExitCode::Success, "done"},
     {ExitCode::Usage, "the command line cannot be understood"},
     {ExitCode::NoProducer, "no Producer found, or the one named cannot be loaded"},
     {ExitCode::NoDevice, "no such camera, or the name fits several"},
     {ExitCode::DeviceBusy, "the camera is busy"},
-    {ExitCode::GenTL, "a function of the Producer failed"},
-    {ExitCode::Output, "a picture cannot be written"},
+    {ExitCode::GenTL, "a function of the Producer failed, or its answer is of no use"},
+    {ExitCode::Output, "a picture, or the output, cannot be written"},
     {ExitCode::Timeout, "no frame came in time"},
     {ExitCode::Internal, "lumivex itself failed, as for want of memory"},
     {ExitCode::NoFeature, "no feature of this name"},
     {ExitCode::FeatureAccess, "the feature cannot be read or written now"},
     {ExitCode::FeatureValue, "the feature does not take this value"},
-    {ExitCode::Interrupted, "interrupted (SIGINT or SIGTERM)"},
+    {ExitCode::Interrupted, "interrupted (SIGINT, SIGTERM or SIGHUP)"},
+    {ExitCode::ReaderGone, "whoever read the output has gone, such as 'head'; nothing is said"},
 };
 
-}  // namespace Lumivex::Consumer
+/// The table above as `--help` prints it.
+std::string ExitCodeHelp();
 
-#endif  // LUMIVEX_CONSUMER_EXITCODES_H_
+}  // namespace Lumivex::Consumer

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "FeatureListing.h"
 
 #include <algorithm>
@@ -95,6 +94,11 @@ std::vector<std::string> Words(const std::string &text) {
   return words;
 }
 
+/// The lines of a listing, collected category by category and laid out at the end, when the widest name is known.
+///
+/// What cannot be read says so in its line, so that one broken feature does not hide the others.
+/// Ownership: local to FormatFeatures; the node map is its caller's. Threads: one.
+/// Throws CCommandError(Interrupted) from AddCategory.
 class CListing {
  public:
   CListing(const CNodeMap &nodeMap, Detail detail) : m_NodeMap(nodeMap), m_Detail(detail) {}

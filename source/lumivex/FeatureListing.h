@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
+#pragma once
 
 /// \file
 /// The features of a module as lines for people to read.
-
-#ifndef LUMIVEX_CONSUMER_FEATURELISTING_H_
-#define LUMIVEX_CONSUMER_FEATURELISTING_H_
 
 #include <string>
 #include <vector>
@@ -24,5 +22,3 @@ enum class Detail {
 std::vector<std::string> FormatFeatures(const CNodeMap &nodeMap, Detail detail);
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_FEATURELISTING_H_

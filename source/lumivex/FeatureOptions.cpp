@@ -1,53 +1,64 @@
 // SPDX-License-Identifier: MIT
-
 #include "FeatureOptions.h"
 
+#include <algorithm>
+#include <cstdio>
 #include <iostream>
-#include <map>
+#include <iterator>
 #include <memory>
+#include <utility>
 
 #include "Catalog.h"
 #include "Platform.h"
 #include "ProducerSearch.h"
+#include "Text.h"
 
 namespace Lumivex::Consumer {
 namespace {
 
-const std::map<std::string, Module> &ModuleNames() {
-  static const std::map<std::string, Module> names = {{"system", Module::System},
-                                                      {"interface", Module::Interface},
-                                                      {"device", Module::Device},
-                                                      {"stream", Module::Stream},
-                                                      {"camera", Module::Camera}};
-  return names;
+constexpr const char *kCameraText =
+    "Camera by id, name, board/id or number, as 'lumivex list' shows them (default: the first free one)";
+
+const ModuleRow *FindModule(const std::string &name) {
+  const auto *const pRow =
+      std::find_if(std::begin(kModules), std::end(kModules), [&](const ModuleRow &row) { return name == row.name; });
+  return pRow == std::end(kModules) ? nullptr : pRow;
 }
 
 std::string CheckModule(const std::string &name) {
-  return ModuleNames().count(name) > 0 ? "" : "'" + name + "' is none of system, interface, device, stream and camera";
+  return FindModule(name) != nullptr ? "" : "'" + name + "' is none of system, interface, device, stream and camera";
 }
 
 }  // namespace
 
 void CFeatureOptions::Declare(CLI::App &command, DevicePlace place) {
   AddProducerOption(command, m_ProducerFile);
-  command
-      .add_option(place == DevicePlace::Argument ? "-d,--device,device" : "-d,--device", m_Device,
-                  "Camera by id, name, board/id or number, as 'lumivex list' shows them (default: the first free one)")
-      ->type_name(place == DevicePlace::Argument ? "" : "CAMERA");
+  command.add_option("-d,--device", m_Device, kCameraText)->type_name("CAMERA");
+  if (place == DevicePlace::Argument) {
+    command.add_option("device", m_DeviceArgument, "The same, without --device")->type_name("");
+  }
   command
       .add_option_function<std::string>(
-          "-m,--module", [this](const std::string &name) { m_Module = ModuleNames().at(name); },
+          "-m,--module", [this](const std::string &name) { m_Module = FindModule(name)->module; },
           "Whose features: system, interface, device (the grabber, the default), stream or camera")
       ->type_name("MODULE")
       ->check(CLI::Validator(CheckModule, "", "module"));
 }
 
 CNodeMap CFeatureOptions::Open(PortUse use) const {
+  if (!m_Device.empty() && !m_DeviceArgument.empty()) {
+    throw CCommandError(ExitCode::Usage, "two cameras are named, '" + m_Device + "' and '" + m_DeviceArgument + "'");
+  }
+  const std::string &wish = m_Device.empty() ? m_DeviceArgument : m_Device;
   const CCatalog catalog(ChooseProducerFiles(m_ProducerFile, EnvironmentValue(kProducerPathVariable)));
   for (const CCommandError &failure : catalog.Failures()) {
     std::cerr << "lumivex: " << failure.what() << '\n';
   }
-  return CNodeMap(std::make_unique<const CModulePort>(catalog, m_Module, m_Device, use));
+  auto pPort = std::make_unique<const CModulePort>(catalog, m_Module, wish, use);
+  if (wish.empty() && !pPort->CameraName().empty() && catalog.Cameras().size() > 1 && IsTerminal(stderr)) {
+    std::cerr << "lumivex: camera " << OneLine(pPort->CameraName()) << '\n';
+  }
+  return CNodeMap(std::move(pPort));
 }
 
 }  // namespace Lumivex::Consumer

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_FEATUREOPTIONS_H_
-#define LUMIVEX_CONSUMER_FEATUREOPTIONS_H_
+#pragma once
 
 #include <string>
 
@@ -12,7 +10,10 @@ namespace Lumivex::Consumer {
 
 /// What the commands about features have in common: which Producer, which camera, which module; and the way there.
 ///
-/// Ownership: member of the command. Threads: one. Open throws CCommandError.
+/// Where several cameras are there and none is named, who sits at a terminal is told which one was chosen; the output
+/// stays free of it.
+/// Ownership: member of the command; the features that Open makes hold their module open on their own.
+/// Threads: one. Open throws CCommandError.
 class CFeatureOptions {
  public:
   /// Where the camera's name stands on the command line.
@@ -20,15 +21,14 @@ class CFeatureOptions {
 
   void Declare(CLI::App &command, DevicePlace place);
 
-  /// The features of the chosen module. Complains on the error output about Producers that failed.
+  /// The features of the chosen module. Tells on the error output which Producers failed.
   CNodeMap Open(PortUse use) const;
 
  private:
   std::string m_ProducerFile;
   std::string m_Device;
+  std::string m_DeviceArgument;  ///< The same, where it may stand without "--device".
   Module m_Module = Module::Device;
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_FEATUREOPTIONS_H_

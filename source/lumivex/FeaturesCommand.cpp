@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-
 #include "FeaturesCommand.h"
 
 #include <iostream>
 
 #include "FeatureListing.h"
+#include "Text.h"
 
 namespace Lumivex::Consumer {
 
@@ -13,19 +13,21 @@ const CLI::App *CFeaturesCommand::Declare(CLI::App &app) {
   m_Options.Declare(*pCommand, CFeatureOptions::DevicePlace::Argument);
   pCommand->add_flag("-v,--verbose", m_Verbose,
                      "Show tool tips, entries, whole values, and features not meant for users too");
-  pCommand->footer("Access: r read, w write, - not, -- not available. Limits stand in parentheses behind the value.");
+  pCommand->footer(
+      "Access: r read, w write, - not, -- not available. Limits stand in parentheses behind the value.\n\n" +
+      ExitCodeHelp());
   return pCommand;
 }
 
 ExitCode CFeaturesCommand::Run() {
   const CNodeMap nodeMap = m_Options.Open(PortUse::Reading);
   if (nodeMap.IsReduced()) {
-    std::cerr << "lumivex: the camera is busy: opened for reading only, where some features are not available\n";
+    std::cerr << "lumivex: camera " << OneLine(nodeMap.CameraName())
+              << " is busy: opened for reading only, where some features are not available\n";
   }
   for (const std::string &line : FormatFeatures(nodeMap, m_Verbose ? Detail::Verbose : Detail::Short)) {
     std::cout << line << '\n';
   }
-  std::cout.flush();
   RequireOutput();
   return ExitCode::Success;
 }

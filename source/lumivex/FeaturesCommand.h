@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_FEATURESCOMMAND_H_
-#define LUMIVEX_CONSUMER_FEATURESCOMMAND_H_
+#pragma once
 
 #include <string>
 
@@ -13,7 +11,8 @@ namespace Lumivex::Consumer {
 /// `lumivex features`: the feature tree of a module, for people to read.
 ///
 /// A feature that cannot be read says so in its line and does not end the listing.
-/// Ownership: as ICommand. Threads: one.
+/// Ownership: as ICommand; the module is open during Run. Threads: one.
+/// Throws CCommandError: Interrupted also while the features are being read.
 class CFeaturesCommand : public ICommand {
  public:
   const CLI::App *Declare(CLI::App &app) override;
@@ -25,5 +24,3 @@ class CFeaturesCommand : public ICommand {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_FEATURESCOMMAND_H_

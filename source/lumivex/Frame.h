@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_FRAME_H_
-#define LUMIVEX_CONSUMER_FRAME_H_
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -34,5 +32,3 @@ struct Picture {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_FRAME_H_

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_FUNCTIONTABLE_H_
-#define LUMIVEX_CONSUMER_FUNCTIONTABLE_H_
+#pragma once
 
 #include "GenTL.h"
 
@@ -78,5 +76,3 @@ void ForEachFunction(FunctionTable &table, Visitor visit) {
 }
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_FUNCTIONTABLE_H_

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "GenTLError.h"
 
 #include "GenTLNames.h"

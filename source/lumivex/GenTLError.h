@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_GENTLERROR_H_
-#define LUMIVEX_CONSUMER_GENTLERROR_H_
+#pragma once
 
 #include <string>
 
@@ -12,8 +10,10 @@ namespace Lumivex::Consumer {
 
 /// A function of the Producer failed: which one, its code with the code's name, and the Producer's own words.
 ///
-/// Made by CProducer::Failure in the thread that made the call, as the Producer keeps its text per thread. Ends the
-/// program with exit code 5 unless something on the way knows better, as CDevice does for a camera that is busy.
+/// Ends the program with exit code 5 unless something on the way knows better, as CDevice does for a camera that is
+/// busy.
+/// Ownership: thrown by value, as CCommandError. Threads: made by CProducer::Failure in the thread that made the call,
+/// as the Producer keeps its text per thread.
 class CGenTLError : public CCommandError {
  public:
   CGenTLError(const std::string &function, GenTL::GC_ERROR result, const std::string &text);
@@ -25,5 +25,3 @@ class CGenTLError : public CCommandError {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_GENTLERROR_H_

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "GenTLNames.h"
 
 namespace Lumivex::Consumer {

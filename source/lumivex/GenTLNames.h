@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
+#pragma once
 
 /// \file
 /// Names and words for the numbers of the GenTL interface. All are pure functions.
-
-#ifndef LUMIVEX_CONSUMER_GENTLNAMES_H_
-#define LUMIVEX_CONSUMER_GENTLNAMES_H_
 
 #include <string>
 
@@ -19,5 +17,3 @@ std::string ErrorName(GenTL::GC_ERROR code);
 std::string AccessStatusText(GenTL::DEVICE_ACCESS_STATUS status);
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_GENTLNAMES_H_

@@ -1,8 +1,5 @@
 // SPDX-License-Identifier: MIT
-
 #include "GetCommand.h"
-
-#include <iostream>
 
 namespace Lumivex::Consumer {
 
@@ -17,8 +14,7 @@ const CLI::App *CGetCommand::Declare(CLI::App &app) {
 
 ExitCode CGetCommand::Run() {
   const CNodeMap nodeMap = m_Options.Open(PortUse::Reading);
-  std::cout << nodeMap.Get(m_Name) << std::endl;
-  RequireOutput();
+  PrintValue(nodeMap.Get(m_Name));
   return ExitCode::Success;
 }
 

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_GETCOMMAND_H_
-#define LUMIVEX_CONSUMER_GETCOMMAND_H_
+#pragma once
 
 #include <string>
 
@@ -12,7 +10,9 @@ namespace Lumivex::Consumer {
 
 /// `lumivex get`: the value of one feature and nothing else, for other programs to read.
 ///
-/// Ownership: as ICommand. Threads: one.
+/// A busy camera is opened for reading only, and what needs more is refused.
+/// Ownership: as ICommand; the module is open during Run. Threads: one.
+/// Throws CCommandError: NoFeature and FeatureAccess beside what every command does.
 class CGetCommand : public ICommand {
  public:
   const CLI::App *Declare(CLI::App &app) override;
@@ -24,5 +24,3 @@ class CGetCommand : public ICommand {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_GETCOMMAND_H_

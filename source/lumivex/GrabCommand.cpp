@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "GrabCommand.h"
 
 #include <chrono>
@@ -11,6 +10,7 @@
 #include <sstream>
 
 #include "Catalog.h"
+#include "FeatureCommands.h"
 #include "Grabber.h"
 #include "OutputPattern.h"
 #include "PixelUnpacker.h"
@@ -35,6 +35,14 @@ std::string FramesPerSecond(uint64_t frames, steady_clock::time_point since) {
   text << std::fixed << std::setprecision(1) << (seconds > 0 ? static_cast<double>(frames) / seconds : 0.0)
        << " frames/s";
   return text.str();
+}
+
+std::string CheckCount(const std::string &text) {
+  uint64_t count = 0;
+  if (CLI::detail::lexical_cast(text, count) && count >= 1 && count <= kMostFrames) {
+    return "";
+  }
+  return "'" + text + "' is no number from 1 to " + std::to_string(kMostFrames);
 }
 
 // CLI::Range lets "nan" pass.
@@ -67,7 +75,7 @@ const CLI::App *CGrabCommand::Declare(CLI::App &app) {
   pCommand->add_option("-n,--count", m_Count, "Number of frames")
       ->type_name("N")
       ->capture_default_str()
-      ->check(CLI::Range(uint64_t{1}, kMostFrames).description(""));
+      ->check(CLI::Validator(CheckCount, "", "count"));
   pCommand
       ->add_option("-o,--output", m_Output,
                    "Name of the files; %d, or %03d, is where the number goes, from 1. Files of that name are replaced")
@@ -77,6 +85,13 @@ const CLI::App *CGrabCommand::Declare(CLI::App &app) {
       ->type_name("SECONDS")
       ->capture_default_str()
       ->check(CLI::Validator(CheckTimeout, "", "timeout"));
+  if (CanSetFeatures()) {
+    pCommand
+        ->add_option("--set", m_Settings,
+                     "Set a feature of the grabber first, as 'lumivex set' does; may be given several times")
+        ->type_name("NAME=VALUE")
+        ->allow_extra_args(false);
+  }
   pCommand
       ->add_option("device", m_Device,
                    "Camera by id, name, board/id or number, as 'lumivex list' shows them (default: the first free one)")
@@ -90,7 +105,10 @@ ExitCode CGrabCommand::Run() {
   { const CPngWriter probe(pattern.Name(1)); }
 
   const auto limit = std::chrono::milliseconds(std::llround(m_Timeout * 1000.0));
-  CGrabber grabber(OpenCamera(m_ProducerFile, m_Device), m_Count, limit);
+  const std::shared_ptr<const CDevice> pDevice = OpenCamera(m_ProducerFile, m_Device);
+  // Before the stream is open: it asks for the size of the frames then.
+  SetFeatures(pDevice, m_Settings);
+  CGrabber grabber(pDevice, m_Count, limit);
 
   CProgress progress(stdout);
   const auto begin = steady_clock::now();

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_GRABBER_H_
-#define LUMIVEX_CONSUMER_GRABBER_H_
+#pragma once
 
 #include <chrono>
 #include <cstdint>
@@ -65,5 +63,3 @@ class CGrabber {
 Frame DescribeFrame(const CDataStream &stream, GenTL::BUFFER_HANDLE hBuffer);
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_GRABBER_H_

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_INTERFACE_H_
-#define LUMIVEX_CONSUMER_INTERFACE_H_
+#pragma once
 
 #include <memory>
 #include <string>
@@ -14,7 +12,8 @@ namespace Lumivex::Consumer {
 /// An open interface, that is a board, from TLOpenInterface to IFClose.
 ///
 /// Ownership: shared by its devices and by the catalog's entries; holds its system.
-/// Threads: one. Throws CGenTLError.
+/// Threads: one; no locks. Looking for cameras may take as long as a channel without a camera is waited for.
+/// Throws CGenTLError.
 class CInterface {
  public:
   CInterface(std::shared_ptr<const CSystem> pSystem, std::string id);
@@ -24,7 +23,6 @@ class CInterface {
 
   const CProducer &Producer() const noexcept { return m_pSystem->Producer(); }
   GenTL::IF_HANDLE Handle() const noexcept { return m_Handle; }
-  const std::string &Id() const noexcept { return m_Id; }
   const std::shared_ptr<const CSystem> &System() const noexcept { return m_pSystem; }
 
   /// Name for people to read.
@@ -46,5 +44,3 @@ class CInterface {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_INTERFACE_H_

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "ListCommand.h"
 
 #include <iostream>
@@ -28,7 +27,8 @@ std::vector<std::string> FormatCatalog(const std::vector<ProducerEntry> &produce
   auto row = table.begin();
   const std::string &head = *row++;
   for (const ProducerEntry &producer : producers) {
-    lines.push_back("Producer " + producer.name + " " + producer.version + " (" + producer.file.string() + ")");
+    lines.push_back("Producer " + OneLine(producer.name) + " " + OneLine(producer.version) + " (" +
+                    producer.file.string() + ")");
     if (producer.boards.empty()) {
       lines.emplace_back("  no boards");
     }
@@ -54,7 +54,6 @@ ExitCode CListCommand::Run() {
   for (const std::string &line : FormatCatalog(catalog.Producers())) {
     std::cout << line << '\n';
   }
-  std::cout.flush();
   RequireOutput();
   for (const CCommandError &failure : catalog.Failures()) {
     std::cerr << "lumivex: " << failure.what() << '\n';

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_LISTCOMMAND_H_
-#define LUMIVEX_CONSUMER_LISTCOMMAND_H_
+#pragma once
 
 #include <string>
 #include <vector>
@@ -13,7 +11,9 @@ namespace Lumivex::Consumer {
 
 /// `lumivex list`: the boards and cameras that the Producers find, each camera with its number, ids, names and access.
 ///
-/// Ownership: as ICommand. Threads: one. Opens no camera.
+/// Opens no camera, and so disturbs none that another program uses. A Producer that fails does not hide the others.
+/// Ownership: as ICommand; what it opens is closed when Run ends. Threads: one.
+/// Throws CCommandError, when no Producer is left that can be shown.
 class CListCommand : public ICommand {
  public:
   const CLI::App *Declare(CLI::App &app) override;
@@ -27,5 +27,3 @@ class CListCommand : public ICommand {
 std::vector<std::string> FormatCatalog(const std::vector<ProducerEntry> &producers);
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_LISTCOMMAND_H_

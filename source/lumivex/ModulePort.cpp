@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
-
 #include "ModulePort.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <iterator>
+#include <system_error>
+#include <utility>
 
 #include "Catalog.h"
 
@@ -14,18 +18,39 @@ namespace {
 // A description of more bytes than this is a wrong answer, not a description.
 constexpr uint64_t kMostDescriptionBytes = uint64_t{64} << 20U;
 
-PortFile ReadFile(const std::string &name) {
-  std::ifstream file(name, std::ios::binary);
-  std::ostringstream bytes;
-  if (!(bytes << file.rdbuf())) {
-    throw CCommandError(ExitCode::GenTL, "the module's description, '" + name + "', cannot be read");
+std::string ReadFile(const std::string &name, const ModuleRow &module) {
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(name, error);
+  if (!error && size > kMostDescriptionBytes) {
+    error = std::make_error_code(std::errc::file_too_large);
   }
-  return {name, bytes.str()};
+  std::string bytes(error ? 0 : static_cast<std::size_t>(size), '\0');
+  if (!error) {
+    errno = 0;
+    std::ifstream file(name, std::ios::binary);
+    if (!file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()))) {
+      error = std::error_code(errno != 0 ? errno : EIO, std::generic_category());
+    }
+  }
+  if (error) {
+    // Only a setting leads to a file on disk for the camera, so that is where to look.
+    throw CCommandError(
+        ExitCode::GenTL,
+        std::string(module.text) + "'s description, the file '" + name + "', cannot be read: " + error.message() +
+            (module.module == Module::Camera ? "; the Producer's setting DebugCameraURL may name it" : ""));
+  }
+  return bytes;
 }
 
 }  // namespace
 
-CModulePort::CModulePort(const CCatalog &catalog, Module module, const std::string &wish, PortUse use) {
+const ModuleRow &RowOf(Module module) {
+  return *std::find_if(std::begin(kModules), std::end(kModules),
+                       [&](const ModuleRow &row) { return row.module == module; });
+}
+
+CModulePort::CModulePort(const CCatalog &catalog, Module module, const std::string &wish, PortUse use)
+    : m_Module(module) {
   if (module == Module::System) {
     OpenSystem(catalog, wish);
     return;
@@ -35,7 +60,10 @@ CModulePort::CModulePort(const CCatalog &catalog, Module module, const std::stri
     return;
   }
   const std::vector<CameraEntry> cameras = catalog.Cameras();
-  OpenDevice(CCatalog::Select(cameras, wish, use == PortUse::Reading ? CameraNeed::Any : CameraNeed::Free), use);
+  const CameraEntry &camera =
+      CCatalog::Select(cameras, wish, use == PortUse::Reading ? CameraNeed::Any : CameraNeed::Free);
+  m_CameraName = CCatalog::FullName(camera);
+  OpenDevice(camera, use);
   m_pProducer = &m_pDevice->Producer();
   if (module == Module::Device) {
     m_Handle = m_pDevice->Handle();
@@ -44,7 +72,9 @@ CModulePort::CModulePort(const CCatalog &catalog, Module module, const std::stri
   } else {
     const std::vector<std::string> streams = m_pDevice->StreamIds();
     if (streams.empty() && m_Reduced) {
-      throw CCommandError(ExitCode::DeviceBusy, "the camera is busy: its stream is open to who has control only");
+      throw CCommandError(
+          ExitCode::DeviceBusy,
+          "camera " + m_CameraName + " is busy: another program has opened it, and only that one can open its stream");
     }
     if (streams.empty()) {
       throw CCommandError(ExitCode::GenTL, "the camera has no data stream");
@@ -53,6 +83,12 @@ CModulePort::CModulePort(const CCatalog &catalog, Module module, const std::stri
     m_Handle = m_pStream->Handle();
   }
 }
+
+CModulePort::CModulePort(std::shared_ptr<const CDevice> pDevice)
+    : m_Module(Module::Device),
+      m_pDevice(std::move(pDevice)),
+      m_pProducer(&m_pDevice->Producer()),
+      m_Handle(m_pDevice->Handle()) {}
 
 void CModulePort::OpenSystem(const CCatalog &catalog, const std::string &wish) {
   if (wish.empty()) {
@@ -140,7 +176,7 @@ PortFile CModulePort::Description() const {
       continue;
     }
     if (!url->local) {
-      return ReadFile(url->name);
+      return {url->name, ReadFile(url->name, RowOf(m_Module))};
     }
     std::string bytes(static_cast<std::size_t>(url->size), '\0');
     Read(url->address, bytes.data(), bytes.size());

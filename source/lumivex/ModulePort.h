@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_MODULEPORT_H_
-#define LUMIVEX_CONSUMER_MODULEPORT_H_
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -19,6 +17,23 @@ class CCatalog;
 /// The modules that have registers and a description of them.
 enum class Module { System, Interface, Device, Stream, Camera };
 
+struct ModuleRow {
+  Module module;
+  const char *name;  ///< On the command line.
+  const char *text;  ///< In a sentence.
+};
+
+constexpr ModuleRow kModules[] = {
+    {Module::System, "system", "the system module"},
+    {Module::Interface, "interface", "the interface module (the board)"},
+    {Module::Device, "device", "the device module (the grabber)"},
+    {Module::Stream, "stream", "the stream module"},
+    {Module::Camera, "camera", "the camera"},
+};
+
+/// The row of a module.
+const ModuleRow &RowOf(Module module);
+
 /// What the port of a module is opened for.
 enum class PortUse { Reading, Writing };
 
@@ -32,6 +47,14 @@ class CModulePort {
   /// Opens the module that the user means; wish as in CCatalog::Select. Without a wish, system and interface need no
   /// camera.
   CModulePort(const CCatalog &catalog, Module module, const std::string &wish, PortUse use);
+
+  /// The registers of a device that is open for control.
+  explicit CModulePort(std::shared_ptr<const CDevice> pDevice);
+
+  Module Kind() const noexcept { return m_Module; }
+
+  /// "'board/camera'" of the camera that was chosen; empty where none was.
+  const std::string &CameraName() const noexcept { return m_CameraName; }
 
   /// What the Producer leaves out at the end is zero.
   void Read(uint64_t address, void *pBuffer, std::size_t size) const;
@@ -52,6 +75,8 @@ class CModulePort {
   void OpenDevice(const CameraEntry &camera, PortUse use);
   const CProducer &Producer() const noexcept { return *m_pProducer; }
 
+  const Module m_Module;
+  std::string m_CameraName;
   std::shared_ptr<const CSystem> m_pSystem;
   std::shared_ptr<const CInterface> m_pInterface;
   std::shared_ptr<const CDevice> m_pDevice;
@@ -62,5 +87,3 @@ class CModulePort {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_MODULEPORT_H_

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
+#pragma once
 
 /// \file
 /// What the user may have meant by a name that is none. Pure functions.
-
-#ifndef LUMIVEX_CONSUMER_NEARESTNAMES_H_
-#define LUMIVEX_CONSUMER_NEARESTNAMES_H_
 
 #include <cstddef>
 #include <string>
@@ -24,5 +22,3 @@ std::vector<std::string> NearestNames(const std::string &wish, const std::vector
 std::string DidYouMean(const std::string &wish, const std::vector<std::string> &names);
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_NEARESTNAMES_H_

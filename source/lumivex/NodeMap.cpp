@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "NodeMap.h"
 
 #include <algorithm>
@@ -103,6 +102,22 @@ std::vector<ArvGcNode *> LinkedNodes(ArvGcNode *pNode, ArvGcPropertyNodeType typ
     }
   }
   return nodes;
+}
+
+bool HasElement(ArvGcNode *pNode, ArvGcPropertyNodeType type) {
+  for (ArvDomNode *pChild = arv_dom_node_get_first_child(ARV_DOM_NODE(pNode)); pChild != nullptr;
+       pChild = arv_dom_node_get_next_sibling(pChild)) {
+    if (ARV_IS_GC_PROPERTY_NODE(pChild) && arv_gc_property_node_get_node_type(ARV_GC_PROPERTY_NODE(pChild)) == type) {
+      return true;
+    }
+  }
+  return false;
+}
+
+/// Whether a number lives in the node map alone and is meant to be changed there.
+bool IsVariable(ArvGcNode *pNode) {
+  return HasElement(pNode, ARV_GC_PROPERTY_NODE_TYPE_VALUE) &&
+         HasElement(pNode, ARV_GC_PROPERTY_NODE_TYPE_IMPOSED_ACCESS_MODE);
 }
 
 bool IsUnsigned(ArvGcNode *pRegister) {
@@ -273,6 +288,10 @@ CNodeMap::CNodeMap(std::unique_ptr<const CModulePort> pPort) : m_pState(std::mak
 
 CNodeMap::~CNodeMap() = default;
 
+Module CNodeMap::ModuleKind() const noexcept { return m_pState->access.pPort->Kind(); }
+
+const std::string &CNodeMap::CameraName() const noexcept { return m_pState->access.pPort->CameraName(); }
+
 bool CNodeMap::IsReduced() const noexcept { return m_pState->access.pPort->IsReduced(); }
 
 ArvGcNode *CNodeMap::Find(const std::string &name) const { return arv_gc_get_node(m_pState->pGc, name.c_str()); }
@@ -280,8 +299,7 @@ ArvGcNode *CNodeMap::Find(const std::string &name) const { return arv_gc_get_nod
 ArvGcNode *CNodeMap::Require(const std::string &name) const {
   ArvGcNode *const pNode = Find(name);
   if (!ARV_IS_GC_FEATURE_NODE(pNode)) {
-    throw CCommandError(ExitCode::NoFeature,
-                        "no feature " + Quoted(name) + " in this module" + DidYouMean(name, AllFeatures()));
+    throw NoFeature(name);
   }
   return pNode;
 }
@@ -340,7 +358,7 @@ void CNodeMap::AddConditions(ArvGcNode *pNode, int depth, FeatureAccess &access)
     return;
   }
   const std::vector<ArvGcNode *> values = LinkedNodes(pNode, ARV_GC_PROPERTY_NODE_TYPE_P_VALUE);
-  if (values.empty()) {
+  if (values.empty() && !IsVariable(pNode)) {
     // A constant or a formula: there is nothing that a write could reach.
     access.writable = false;
   }
@@ -486,6 +504,19 @@ std::string CNodeMap::Get(const std::string &name) const {
     default:
       throw CCommandError(ExitCode::FeatureAccess, name + " is of a kind that cannot be shown");
   }
+}
+
+CCommandError CNodeMap::NoFeature(const std::string &name) const {
+  const ModuleRow &module = RowOf(ModuleKind());
+  const std::string meant = DidYouMean(name, AllFeatures());
+  const std::string listing = std::string("; 'lumivex features --module ") + module.name + "' shows those it has";
+  std::string text = std::string(module.text) + " has no feature " + Quoted(name) + (meant.empty() ? listing : meant);
+  // These two are easily taken for each other.
+  if (module.module == Module::Device || module.module == Module::Camera) {
+    const Module other = module.module == Module::Device ? Module::Camera : Module::Device;
+    text += std::string(meant.empty() ? ", or" : " Or") + " try --module " + RowOf(other).name;
+  }
+  return {ExitCode::NoFeature, text};
 }
 
 CCommandError CNodeMap::NotAvailable(const std::string &name) const {

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_NODEMAP_H_
-#define LUMIVEX_CONSUMER_NODEMAP_H_
+#pragma once
 
 #include <cstdint>
 #include <memory>
@@ -60,6 +58,12 @@ class CNodeMap {
   CNodeMap &operator=(const CNodeMap &) = delete;
   ~CNodeMap();
 
+  /// Whose features they are.
+  Module ModuleKind() const noexcept;
+
+  /// As CModulePort::CameraName.
+  const std::string &CameraName() const noexcept;
+
   /// Whether the camera is busy, so that only what can be read without control is available.
   bool IsReduced() const noexcept;
 
@@ -88,6 +92,7 @@ class CNodeMap {
   ArvGcNode *Require(const std::string &name) const;
   void CollectFeatures(const std::string &category, int depth, std::vector<std::string> &names) const;
   void AddConditions(ArvGcNode *pNode, int depth, FeatureAccess &access) const;
+  CCommandError NoFeature(const std::string &name) const;
   CCommandError NotAvailable(const std::string &name) const;
   void RequireWritable(const std::string &name) const;
   void SetInteger(const std::string &name, ArvGcNode *pNode, const std::string &text) const;
@@ -103,5 +108,3 @@ class CNodeMap {
 const char *KindText(FeatureKind kind);
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_NODEMAP_H_

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_OUTPUTPATTERN_H_
-#define LUMIVEX_CONSUMER_OUTPUTPATTERN_H_
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -33,5 +31,3 @@ class COutputPattern {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_OUTPUTPATTERN_H_

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "PixelFormats.h"
 
 #include "Text.h"

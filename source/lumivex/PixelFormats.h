@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
+#pragma once
 
 /// \file
 /// The pixel formats that lumivex can turn into pictures, numbered as in the pixel format naming convention (PFNC).
-
-#ifndef LUMIVEX_CONSUMER_PIXELFORMATS_H_
-#define LUMIVEX_CONSUMER_PIXELFORMATS_H_
 
 #include <cstddef>
 #include <cstdint>
@@ -36,5 +34,3 @@ const PixelFormatRow *FindPixelFormat(uint64_t value) noexcept;
 std::string PixelFormatName(uint64_t value);
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_PIXELFORMATS_H_

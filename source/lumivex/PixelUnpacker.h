@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_PIXELUNPACKER_H_
-#define LUMIVEX_CONSUMER_PIXELUNPACKER_H_
+#pragma once
 
 #include "Frame.h"
 
@@ -19,5 +17,3 @@ class CPixelUnpacker {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_PIXELUNPACKER_H_

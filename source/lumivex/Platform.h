@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
+#pragma once
 
 /// \file
 /// All that lumivex asks of the operating system beyond the C++ library. One implementation file per platform; no
 /// other file may know which one it is.
-
-#ifndef LUMIVEX_CONSUMER_PLATFORM_H_
-#define LUMIVEX_CONSUMER_PLATFORM_H_
 
 #include <cstdio>
 #include <filesystem>
@@ -15,8 +13,9 @@ namespace Lumivex::Consumer {
 
 /// A shared library, loaded for as long as the object lives.
 ///
-/// Owned by CProducer. Its symbols stay its own: they serve neither the program nor other libraries. The constructor
-/// throws CCommandError(NoProducer) with the system's reason when the file cannot be loaded. Not thread-safe.
+/// Its symbols stay its own: they serve neither the program nor other libraries.
+/// Ownership: member of CProducer, which ends the Producer before the library goes. Threads: one.
+/// Throws CCommandError(NoProducer) with the system's reason when the file cannot be loaded.
 class CDynamicLibrary {
  public:
   explicit CDynamicLibrary(const std::filesystem::path &file);
@@ -37,6 +36,14 @@ char PathListSeparator() noexcept;
 /// Value of an environment variable; empty when it is not set.
 std::string EnvironmentValue(const char *name);
 
+/// Gives the three standard streams that were closed at the start a place where reading and writing fails as before.
+/// Otherwise the first file that is opened would take their number, and get what is printed. Call it before anything is
+/// opened.
+void ReserveStandardFiles() noexcept;
+
+/// Whether a pipe leads there whose other end nobody has open any more.
+bool IsReaderGone(std::FILE *file) noexcept;
+
 /// Whether a person reads what is written there.
 bool IsTerminal(std::FILE *file) noexcept;
 
@@ -46,13 +53,14 @@ unsigned long ProcessNumber() noexcept;
 /// Opens a new file for writing; null, with errno set, when that fails or when the file exists.
 std::FILE *CreateNewFile(const std::filesystem::path &file) noexcept;
 
-/// From now on the first request to end (Ctrl-C and the like) only sets the mark that Interrupted() reads. The second
-/// one ends the program at once. A reader of our output who has gone is an error of writing from now on, not our end.
+/// From now on the first request to end (Ctrl-C and the like) only sets the mark that Interrupted() reads, and the
+/// second one ends the program at once. That the terminal has gone is such a request too, but may be told twice; it is
+/// none where who started us has it ignored.
+/// A reader of our output who has gone, and a file that is longer than the system lets us write, are errors of writing
+/// from now on, not our end.
 void CatchInterrupts() noexcept;
 
 /// Whether the user has asked for the end. Any thread may ask.
 bool Interrupted() noexcept;
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_PLATFORM_H_

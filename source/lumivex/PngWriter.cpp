@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "PngWriter.h"
 
 #include <cerrno>

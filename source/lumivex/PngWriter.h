@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_PNGWRITER_H_
-#define LUMIVEX_CONSUMER_PNGWRITER_H_
+#pragma once
 
 #include <cstdio>
 #include <filesystem>
@@ -35,5 +33,3 @@ class CPngWriter {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_PNGWRITER_H_

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
+#pragma once
 
 /// \file
 /// What Aravis' node map asks for memory: an ArvDevice whose memory is a port of the Producer.
-
-#ifndef LUMIVEX_CONSUMER_PORTDEVICE_H_
-#define LUMIVEX_CONSUMER_PORTDEVICE_H_
 
 #include <memory>
 #include <optional>
@@ -32,5 +30,3 @@ ArvDevice *NewPortDevice(PortAccess &access);
 void SetNodeMap(ArvDevice *device, ArvGc *gc);
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_PORTDEVICE_H_

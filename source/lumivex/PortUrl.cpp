@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "PortUrl.h"
 
 #include <algorithm>
@@ -46,7 +45,8 @@ std::optional<PortUrl> ParsePortUrl(const std::string &url) {
   if (StartsWith(text, "file:")) {
     text.erase(0, 5);
     if (StartsWith(text, "///")) {
-      text.erase(0, 2);
+      // One slash is the root; more of them come from who put a path with its slash behind "file:///".
+      text.erase(0, std::min(text.find_first_not_of('/'), text.size()) - 1);
       // A drive letter needs no slash before it.
       if (text.size() > 2 && text[2] == ':') {
         text.erase(0, 1);

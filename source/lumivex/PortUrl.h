@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
+#pragma once
 
 /// \file
 /// Where a module's description lies. Pure functions.
-
-#ifndef LUMIVEX_CONSUMER_PORTURL_H_
-#define LUMIVEX_CONSUMER_PORTURL_H_
 
 #include <cstdint>
 #include <optional>
@@ -27,9 +25,7 @@ struct PortUrl {
 };
 
 /// Takes a URL apart; nothing when it is of no kind that is known. Numbers are hexadecimal; what follows a "?" is left
-/// out, and so are slashes before the name.
+/// out, and so are slashes before the name; those before a path become one.
 std::optional<PortUrl> ParsePortUrl(const std::string &url);
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_PORTURL_H_

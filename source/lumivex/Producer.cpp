@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "Producer.h"
 
 #include <cstring>

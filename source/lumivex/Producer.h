@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_PRODUCER_H_
-#define LUMIVEX_CONSUMER_PRODUCER_H_
+#pragma once
 
 #include <array>
 #include <cstddef>
@@ -31,7 +29,6 @@ class CProducer {
   ~CProducer();
 
   const FunctionTable &Api() const noexcept { return m_Api; }
-  const std::filesystem::path &File() const noexcept { return m_File; }
 
   /// Calls a function and throws unless it succeeds.
   template <class Pointer, class... Arguments>
@@ -116,5 +113,3 @@ class CProducer {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_PRODUCER_H_

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "ProducerSearch.h"
 
 #include <algorithm>
@@ -73,8 +72,9 @@ std::vector<fs::path> ChooseProducerFiles(const std::string &named, const std::s
   }
   const std::string variable = kProducerPathVariable;
   if (pathList.empty()) {
-    throw CCommandError(ExitCode::NoProducer, "no Producer found: " + variable +
-                                                  " is not set; set it to the folder of a .cti file or give --cti");
+    throw CCommandError(
+        ExitCode::NoProducer,
+        "no Producer found: " + variable + " is not set, or empty; set it to the folder of a .cti file or give --cti");
   }
   std::vector<fs::path> files = FindProducerFiles(SplitPathList(pathList, PathListSeparator()));
   if (files.empty()) {

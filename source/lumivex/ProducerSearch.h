@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
+#pragma once
 
 /// \file
 /// Where Producers are looked for.
-
-#ifndef LUMIVEX_CONSUMER_PRODUCERSEARCH_H_
-#define LUMIVEX_CONSUMER_PRODUCERSEARCH_H_
 
 #include <filesystem>
 #include <string>
@@ -27,5 +25,3 @@ std::vector<std::filesystem::path> FindProducerFiles(const std::vector<std::stri
 std::vector<std::filesystem::path> ChooseProducerFiles(const std::string &named, const std::string &pathList);
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_PRODUCERSEARCH_H_

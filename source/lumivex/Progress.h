@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_PROGRESS_H_
-#define LUMIVEX_CONSUMER_PROGRESS_H_
+#pragma once
 
 #include <cstddef>
 #include <cstdio>
@@ -11,7 +9,9 @@ namespace Lumivex::Consumer {
 
 /// One line on a terminal that is written over again and again, and wiped at the end. Silent elsewhere.
 ///
-/// Ownership: belongs to a command; what else is written to the terminal comes after Clear. Threads: one.
+/// What else is written to the terminal comes after Clear.
+/// Ownership: local to a command's run; the file stays its caller's. Threads: one. Throws nothing; a terminal that
+/// takes no more text is no reason to stop.
 class CProgress {
  public:
   explicit CProgress(std::FILE *pFile) noexcept;
@@ -30,5 +30,3 @@ class CProgress {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_PROGRESS_H_

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
-
 #include "SetCommand.h"
 
-#include <iostream>
 #include <optional>
 
 namespace Lumivex::Consumer {
@@ -18,7 +16,11 @@ const CLI::App *CSetCommand::Declare(CLI::App &app) {
                                     "Its new value: a number (also 0x...), the name of an entry, true or false, or a "
                                     "text. A command takes none. Put -- before a value that begins with -")
                        ->type_name("");
-  pCommand->footer("Prints the value that stands afterwards: the hardware may round what was given.");
+  pCommand->footer(
+      "Prints the value that stands afterwards: the hardware may round what was given.\n"
+      "A feature of the grabber holds while the camera is open, so during this command only; 'lumivex grab --set'\n"
+      "sets it for a grab.\n\n" +
+      ExitCodeHelp());
   return pCommand;
 }
 
@@ -26,8 +28,7 @@ ExitCode CSetCommand::Run() {
   const CNodeMap nodeMap = m_Options.Open(PortUse::Writing);
   nodeMap.Set(m_Name, m_pValueOption->count() > 0 ? std::optional<std::string>(m_Value) : std::nullopt);
   if (nodeMap.Kind(m_Name) != FeatureKind::Command && nodeMap.Access(m_Name).readable) {
-    std::cout << nodeMap.Get(m_Name) << std::endl;
-    RequireOutput();
+    PrintValue(nodeMap.Get(m_Name));
   }
   return ExitCode::Success;
 }

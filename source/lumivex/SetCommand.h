@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_SETCOMMAND_H_
-#define LUMIVEX_CONSUMER_SETCOMMAND_H_
+#pragma once
 
 #include <string>
 
@@ -13,7 +11,8 @@ namespace Lumivex::Consumer {
 /// `lumivex set`: writes one feature, and prints the value that stands there afterwards; executes a command.
 ///
 /// What stands afterwards need not be what was written: the hardware may round it.
-/// Ownership: as ICommand. Threads: one.
+/// Ownership: as ICommand; the module is open during Run. Threads: one.
+/// Throws CCommandError: NoFeature, FeatureAccess and FeatureValue beside what every command does.
 class CSetCommand : public ICommand {
  public:
   const CLI::App *Declare(CLI::App &app) override;
@@ -27,5 +26,3 @@ class CSetCommand : public ICommand {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_SETCOMMAND_H_

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_CONSUMER_SYSTEM_H_
-#define LUMIVEX_CONSUMER_SYSTEM_H_
+#pragma once
 
 #include <memory>
 #include <string>
@@ -14,7 +12,8 @@ namespace Lumivex::Consumer {
 /// The open system of a Producer, from TLOpen to TLClose.
 ///
 /// Ownership: shared by its interfaces; holds its Producer, so that modules close from below and the library last.
-/// Threads: one. Throws CGenTLError.
+/// Threads: one; no locks. A Producer has one system, so it is opened once per program.
+/// Throws CGenTLError.
 class CSystem {
  public:
   explicit CSystem(std::shared_ptr<const CProducer> pProducer);
@@ -34,5 +33,3 @@ class CSystem {
 };
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_SYSTEM_H_

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
+#pragma once
 
 /// \file
 /// What is done to texts before they are printed. All are pure functions.
-
-#ifndef LUMIVEX_CONSUMER_TEXT_H_
-#define LUMIVEX_CONSUMER_TEXT_H_
 
 #include <cstdint>
 #include <string>
@@ -26,5 +24,3 @@ std::string Hexadecimal(uint64_t value);
 std::vector<std::string> AlignColumns(const std::vector<std::vector<std::string>> &rows);
 
 }  // namespace Lumivex::Consumer
-
-#endif  // LUMIVEX_CONSUMER_TEXT_H_

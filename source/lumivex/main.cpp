@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 /// \file
 /// lumivex: a GenTL Consumer for the command line. Exit codes: ExitCodes.h.
 
@@ -13,11 +12,12 @@
 #include <CLI/CLI.hpp>
 
 #include "CommandError.h"
+#include "CommandLine.h"
+#include "ExitCodes.h"
 #include "FeatureCommands.h"
 #include "GrabCommand.h"
 #include "ListCommand.h"
 #include "Platform.h"
-#include "Text.h"
 
 namespace {
 
@@ -30,18 +30,6 @@ struct Command {
   const CLI::App *pDeclared;
 };
 
-std::string ExitCodeHelp() {
-  std::vector<std::vector<std::string>> rows;
-  for (const auto &row : Lumivex::Consumer::kExitCodes) {
-    rows.push_back({" ", std::to_string(static_cast<int>(row.code)), row.text});
-  }
-  std::string text = "Exit codes:\n";
-  for (const std::string &line : Lumivex::Consumer::AlignColumns(rows)) {
-    text += line + "\n";
-  }
-  return text;
-}
-
 int Complain(ExitCode code, const std::string &message) {
   std::cerr << "lumivex: " << message << std::endl;
   return static_cast<int>(code);
@@ -51,7 +39,7 @@ int Run(int argc, char **argv) {
   CLI::App app("Shows the cameras that GenTL Producers find, sets their features, and takes pictures.", "lumivex");
   app.set_version_flag("--version", std::string("lumivex ") + LUMIVEX_VERSION);
   app.require_subcommand(0, 1);
-  app.footer(ExitCodeHelp());
+  app.footer(Lumivex::Consumer::ExitCodeHelp());
 
   std::vector<Command> commands;
   commands.push_back({std::make_unique<Lumivex::Consumer::CListCommand>(), nullptr});
@@ -65,9 +53,11 @@ int Run(int argc, char **argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success &wish) {
-    return app.exit(wish);
+    const int code = app.exit(wish);
+    Lumivex::Consumer::RequireOutput();
+    return code;
   } catch (const CLI::ParseError &error) {
-    return Complain(ExitCode::Usage, Lumivex::Consumer::OneLine(error.what()) + "; see lumivex --help");
+    return Complain(ExitCode::Usage, Lumivex::Consumer::ExplainFault(app, error));
   }
 
   Lumivex::Consumer::CatchInterrupts();
@@ -82,9 +72,14 @@ int Run(int argc, char **argv) {
 }  // namespace
 
 int main(int argc, char **argv) {
+  Lumivex::Consumer::ReserveStandardFiles();
   try {
     return Run(argc, argv);
   } catch (const CCommandError &error) {
+    if (error.Code() == ExitCode::ReaderGone) {
+      // Who has read enough is content, and needs no complaint.
+      return static_cast<int>(error.Code());
+    }
     return Complain(error.Code(), error.what());
   } catch (const std::exception &error) {
     return Complain(ExitCode::Internal, error.what());

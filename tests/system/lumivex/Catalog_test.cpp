@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "Catalog.h"
 
 #include <string>
@@ -87,6 +86,16 @@ TEST(Catalog, WithoutCamerasThereIsNothingToSelect) {
 
 TEST(Catalog, AllBusyIsTold) {
   try {
+    CCatalog::Select({kCameras[0], kCameras[0]}, "");
+    FAIL();
+  } catch (const CCommandError &error) {
+    EXPECT_EQ(error.Code(), ExitCode::DeviceBusy);
+    EXPECT_STREQ(error.what(), "no camera is free: all 2 are busy");
+  }
+}
+
+TEST(Catalog, OnlyCameraBusyIsTold) {
+  try {
     CCatalog::Select({kCameras[0]}, "");
     FAIL();
   } catch (const CCommandError &error) {
@@ -95,10 +104,11 @@ TEST(Catalog, AllBusyIsTold) {
   }
 }
 
+// Line breaks and control characters of a Producer must not reach the terminal.
 TEST(List, ShowsProducersBoardsAndCameras) {
   const std::vector<ProducerEntry> producers = {
       {"/p/a.cti", "Producer A", "1.0", {{"A", "Board A", {kCameras[0], kCameras[1]}}, {"E", "Board E", {}}}},
-      {"/p/b.cti", "Producer B", "2.0", {}},
+      {"/p/b.cti", "Producer\nB\x1B[2J", "2.0\r", {}},
   };
   const std::vector<std::string> expected = {
       "Producer Producer A 1.0 (/p/a.cti)",
@@ -108,7 +118,7 @@ TEST(List, ShowsProducersBoardsAndCameras) {
       "    2    Channel #2  read/write  Maker   Model  second",
       "  Board E (Board E)",
       "    no cameras",
-      "Producer Producer B 2.0 (/p/b.cti)",
+      "Producer Producer B?[2J 2.0 (/p/b.cti)",
       "  no boards",
   };
   EXPECT_EQ(FormatCatalog(producers), expected);

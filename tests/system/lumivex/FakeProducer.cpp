@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 /// \file
 /// A Producer of its own, for the tests of lumivex: it does what the environment variable FAKE_PRODUCER says, a list
 /// such as "boards=2;fail=DSStartAcquisition". Words: see kDefaults. It writes the calls that change its state, one a
@@ -37,7 +36,7 @@ const std::map<std::string, std::string> kDefaults = {
     {"padding", "11"},      // bytes after each line
     {"tellpadding", "1"},   // 0: XPADDING is not answered
     {"format", "0x01080001"},
-    {"description", "good"},  // of each module; or none, broken, elsewhere, zip
+    {"description", "good"},  // of each module; or none, broken, elsewhere, missing, zip
     {"mode", "1"},            // where the feature Mode stands at first
 };
 
@@ -71,6 +70,7 @@ const std::string kDescription = R"(<?xml version="1.0" encoding="utf-8"?>
   <pFeature>Enabled</pFeature><pFeature>Label</pFeature><pFeature>Secret</pFeature><pFeature>Broken</pFeature>
   <pFeature>Fixed</pFeature><pFeature>Absent</pFeature><pFeature>Doubtful</pFeature><pFeature>Blob</pFeature>
   <pFeature>Serial</pFeature><pFeature>Run</pFeature><pFeature>Gone</pFeature>
+  <pFeature>Own</pFeature><pFeature>Constant</pFeature>
 </Category>
 <Category Name="Nothing"><pFeature>Hidden</pFeature></Category>
 <Enumeration Name="Mode"><ToolTip>How it works.</ToolTip>
@@ -102,6 +102,8 @@ const std::string kDescription = R"(<?xml version="1.0" encoding="utf-8"?>
 <Register Name="Blob"><Address>0x40</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Port</pPort></Register>
 <IntReg Name="Serial"><Address>0x40</Address><Length>4</Length><AccessMode>RO</AccessMode><pPort>Port</pPort>
   <Sign>Unsigned</Sign><Endianess>BigEndian</Endianess></IntReg>
+<Integer Name="Own"><ImposedAccessMode>RW</ImposedAccessMode><Value>3</Value></Integer>
+<Integer Name="Constant"><Value>7</Value></Integer>
 <Command Name="Run"><pValue>RunReg</pValue><CommandValue>7</CommandValue></Command>
 <IntReg Name="RunReg"><Address>0x50</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Port</pPort>
   <Sign>Unsigned</Sign><Endianess>LittleEndian</Endianess></IntReg>
@@ -275,6 +277,8 @@ GC_API GCGetPortURLInfo(PORT_HANDLE, uint32_t, URL_INFO_CMD, INFO_DATATYPE *piTy
   std::ostringstream url;
   if (g_state.words.at("description") == "elsewhere") {
     url << "http://localhost/fake.xml";
+  } else if (g_state.words.at("description") == "missing") {
+    url << "file:////no%20such/fake.xml";
   } else {
     url << "Local:///fake.xml;" << std::hex << kDescriptionAddress << ';' << Description().size()
         << "?SchemaVersion=1.1";

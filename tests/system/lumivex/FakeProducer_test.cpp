@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 /// \file
 /// lumivex, run as a user runs it, with the fake Producer: the faults, and the order of the calls.
 
@@ -9,6 +8,7 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -154,7 +154,28 @@ TEST_P(LumivexInterrupted, EndsInOrder) {
   EXPECT_LT(revoke, close);
   EXPECT_EQ(calls.back(), "GCCloseLib");
 }
-INSTANTIATE_TEST_SUITE_P(Signals, LumivexInterrupted, testing::Values(SIGINT, SIGTERM));
+INSTANTIATE_TEST_SUITE_P(Signals, LumivexInterrupted, testing::Values(SIGINT, SIGTERM, SIGHUP));
+
+// The system and the shell both tell that the terminal has gone.
+TEST_F(LumivexWithFake, HangUpToldTwiceEndsInOrder) {
+  ProgramStart start;
+  start.arguments = {"grab", "--cti", FAKE_PRODUCER, "-n", "1000000", "-o", m_Folder.File("f%d.png")};
+  start.environment = {{"FAKE_PRODUCER_LOG", m_LogFolder.File("log")}};
+  start.signalAfterOutput = SIGHUP;
+  start.signalCount = 2;
+  ExpectOneComplaint(RunLumivex(start), ExitCode::Interrupted, "interrupted after ");
+  EXPECT_EQ(Calls().back(), "GCCloseLib");
+}
+
+// As under nohup: who asked for that gets all frames.
+TEST_F(LumivexWithFake, HangUpThatWasIgnoredStaysIgnored) {
+  ProgramStart start;
+  start.arguments = {"grab", "--cti", FAKE_PRODUCER, "-n", "20", "-o", m_Folder.File("f%d.png")};
+  start.ignoredSignal = SIGHUP;
+  start.signalAfterOutput = SIGHUP;
+  EXPECT_EQ(RunLumivex(start).exitCode, 0);
+  EXPECT_EQ(m_Folder.Names().size(), 20U);
+}
 
 // The wait for a frame that never comes must notice the signal as well.
 TEST_F(LumivexWithFake, InterruptEndsTheWait) {
@@ -172,7 +193,7 @@ TEST_F(LumivexWithFake, NoFrameInTime) {
 TEST_F(LumivexWithFake, LostFramesAreToldAtTheEnd) {
   const ProgramEnd end = RunWithFake({"grab", "-n", "2"}, "lost=3");
   EXPECT_EQ(end.exitCode, 0);
-  EXPECT_EQ(end.errors, "lumivex: 3 frames lost: overflow\n");
+  EXPECT_EQ(end.errors, "lumivex: frames were lost 3 times: overflow\n");
 }
 
 TEST_F(LumivexWithFake, IncompleteFramesAreLeftOut) {
@@ -213,7 +234,7 @@ TEST_F(LumivexWithFake, AmbiguousDevice) {
 
 TEST_F(LumivexWithFake, BusyInTheList) {
   EXPECT_NE(RunWithFake({"list"}, "busy=1").output.find("  busy  "), std::string::npos);
-  ExpectOneComplaint(RunWithFake({"grab"}, "busy=1"), ExitCode::DeviceBusy, "all 2 cameras are busy");
+  ExpectOneComplaint(RunWithFake({"grab"}, "busy=1"), ExitCode::DeviceBusy, "no camera is free: all 2 are busy");
   ExpectOneComplaint(RunWithFake({"grab", "1"}, "busy=1"), ExitCode::DeviceBusy,
                      "camera 'Board-#1/Channel #1' is busy");
 }
@@ -277,11 +298,72 @@ TEST(Lumivex, OutputThatCannotBeWrittenIsTold) {
   ExpectOneComplaint(RunLumivex(start), ExitCode::Output, "cannot write to the standard output");
 }
 
+TEST(Lumivex, HelpThatCannotBeWrittenIsTold) {
+  for (const char *option : {"--help", "--version"}) {
+    ProgramStart start;
+    start.arguments = {option};
+    start.outputFile = "/dev/full";
+    ExpectOneComplaint(RunLumivex(start), ExitCode::Output, "cannot write to the standard output");
+  }
+}
+
+// The first file that is opened would get the number of the stream that is missing, and what is printed with it.
+TEST_F(LumivexWithFake, ClosedOutputIsToldAndGoesNowhereElse) {
+  for (const std::vector<std::string> &arguments :
+       {std::vector<std::string>{"list"}, {"grab", "--output", m_Folder.File("a.png")}}) {
+    ProgramStart start;
+    start.arguments = arguments;
+    start.arguments.insert(start.arguments.end(), {"--cti", SIMULATED_PRODUCER});
+    start.environment = {{"LUMIVEX_SIM_LOCK_DIR", m_LogFolder.Path().string()}};
+    start.closedFiles = {STDOUT_FILENO};
+    ExpectOneComplaint(RunLumivex(start), ExitCode::Output, "cannot write to the standard output");
+  }
+  EXPECT_FALSE(m_LogFolder.Names().empty());
+  for (const std::string &name : m_LogFolder.Names()) {
+    EXPECT_EQ(std::filesystem::file_size(m_LogFolder.File(name)), 0U) << name;
+  }
+}
+
+TEST_F(LumivexWithFake, ClosedErrorsGoNowhereElse) {
+  ProgramStart start;
+  start.arguments = {"grab", "--cti", SIMULATED_PRODUCER, "--output", m_Folder.File("a.png")};
+  start.environment = {{"LUMIVEX_SIM_LOCK_DIR", m_LogFolder.Path().string()}};
+  start.closedFiles = {STDOUT_FILENO, STDERR_FILENO};
+  EXPECT_EQ(RunLumivex(start).exitCode, static_cast<int>(ExitCode::Output));
+  EXPECT_FALSE(m_LogFolder.Names().empty());
+  for (const std::string &name : m_LogFolder.Names()) {
+    EXPECT_EQ(std::filesystem::file_size(m_LogFolder.File(name)), 0U) << name;
+  }
+}
+
+// A reader such as head, who has seen enough: the run ends in order, without a word.
+TEST_F(LumivexWithFake, ReaderWhoHasGoneEndsTheGrab) {
+  ProgramStart start;
+  start.arguments = {"grab", "-n", "1000000", "-o", m_Folder.File("f%d.png")};
+  start.environment = {{"GENICAM_GENTL64_PATH", std::filesystem::path(FAKE_PRODUCER).parent_path().string()},
+                       {"FAKE_PRODUCER_LOG", m_LogFolder.File("log")}};
+  start.readerGone = true;
+  const ProgramEnd end = RunLumivex(start);
+  EXPECT_EQ(end.exitCode, static_cast<int>(ExitCode::ReaderGone));
+  EXPECT_EQ(end.errors, "");
+  EXPECT_EQ(m_Folder.Names(), Names{"f1.png"});
+  EXPECT_EQ(Calls().back(), "GCCloseLib");
+}
+
+// The system's limit for files would end the program in the midst of one, and leave half of it.
+TEST_F(LumivexWithFake, PictureBeyondTheLimitForFilesLeavesNothing) {
+  ProgramStart start;
+  start.arguments = {"grab", "--cti", SIMULATED_PRODUCER, "--output", m_Folder.File("a.png")};
+  start.largestFile = 4096;
+  ExpectOneComplaint(RunLumivex(start), ExitCode::Output, "cannot write '" + m_Folder.File("a.png") + "'");
+  EXPECT_EQ(m_Folder.Names(), Names{});
+}
+
 TEST(Lumivex, NoProducer) {
   ProgramStart start;
   start.arguments = {"list"};
   start.environment = {{"GENICAM_GENTL64_PATH", ""}};
-  ExpectOneComplaint(RunLumivex(start), ExitCode::NoProducer, "GENICAM_GENTL64_PATH is not set");
+  ExpectOneComplaint(RunLumivex(start), ExitCode::NoProducer, "GENICAM_GENTL64_PATH is not set, or empty");
   start.arguments = {"grab", "--cti", "/no/such.cti"};
   ExpectOneComplaint(RunLumivex(start), ExitCode::NoProducer, "there is no file '/no/such.cti'");
   start.arguments = {"list", "--cti", LUMIVEX_PROGRAM};
@@ -331,5 +413,36 @@ INSTANTIATE_TEST_SUITE_P(Table, LumivexMisuse,
                              {"grab", "--nonsense"},
                              {"list", "grab"},
                          }));
+
+struct Misuse {
+  std::vector<std::string> arguments;
+  std::string complaint;
+};
+
+class LumivexFault : public testing::TestWithParam<Misuse> {};
+
+TEST_P(LumivexFault, IsToldInOurWords) {
+  ProgramStart start;
+  start.arguments = GetParam().arguments;
+  const ProgramEnd end = RunLumivex(start);
+  EXPECT_EQ(end.exitCode, static_cast<int>(ExitCode::Usage));
+  EXPECT_EQ(end.errors, "lumivex: " + GetParam().complaint + " lumivex --help\n");
+}
+const Misuse kMisuses[] = {
+    {{"foo"}, "no command 'foo'; see"},
+    {{"foo", "list"}, "no command 'foo'; see"},
+    {{"lsit"}, "no command 'lsit'; did you mean list? See"},
+    {{"--nonsense", "list"}, "not expected: --nonsense; see"},
+    {{"list", "b", "a"}, "not expected: b a; see"},
+    {{"grab", "--ouput", "x"}, "not expected: --ouput; did you mean --output? See"},
+    {{"grab", "--count", "abc"}, "--count: 'abc' is no number from 1 to 1000000000; see"},
+    {{"grab", "-n", "0"}, "--count: '0' is no number from 1 to 1000000000; see"},
+    {{"grab", "-n", "1000000001"}, "--count: '1000000001' is no number from 1 to 1000000000; see"},
+    {{"grab", "-n", "1", "--count", "2"}, "--count is given 2 times; see"},
+    {{"grab", "--count"}, "--count needs a value; see"},
+    {{"grab", "--output="}, "--output needs a value; see"},
+    {{"list", "--cti", ""}, "--cti: the path is empty; see"},
+};
+INSTANTIATE_TEST_SUITE_P(Table, LumivexFault, testing::ValuesIn(kMisuses));
 
 }  // namespace

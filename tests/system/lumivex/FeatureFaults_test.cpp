@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 /// \file
 /// The commands about features, run as a user runs them, with the fake Producer: each kind of feature, and the faults.
 
@@ -60,6 +59,8 @@ TEST(LumivexFeatures, TreeOfAllKinds) {
           "  Blob      rw  4 bytes: 01 02 03 04",
           "  Serial    r-  16909060",
           "  Run       -w  (command)",
+          "  Own       rw  3",
+          "  Constant  r-  7",
       }));
 }
 
@@ -81,7 +82,7 @@ TEST(LumivexFeatures, EnumerationOnNoEntryIsTold) {
   EXPECT_EQ(end.exitCode, 0) << end.errors;
   const std::vector<std::string> lines = Lines(end.output);
   EXPECT_EQ(lines.at(1), "  Mode      rw  0x00000005, none of its entries");
-  EXPECT_EQ(lines.size(), 15U);
+  EXPECT_EQ(lines.size(), 17U);
 }
 
 TEST(LumivexFeatures, EnumerationOnNoEntryCanBeSet) {
@@ -136,11 +137,23 @@ const Success kSuccesses[] = {
     {{"set", "Label", "abc"}, "abc\n"},
     {{"set", "Label", "0123456789abcdef"}, "0123456789abcdef\n"},
     {{"set", "Label", ""}, "\n"},
+    // The line has its end already.
+    {{"set", "Label", "abc\n"}, "abc\n"},
     {{"set", "Secret", "1"}, ""},
     {{"set", "Run"}, ""},
     {{"set", "Hidden", "4294967295"}, "4294967295\n"},
 };
 INSTANTIATE_TEST_SUITE_P(Table, LumivexFeatureValue, testing::ValuesIn(kSuccesses));
+
+// A lock of the features is such a number: it has no register, and changes in the node map of who sets it.
+TEST(LumivexFeatures, NumberWithoutRegisterIsSetInTheNodeMap) {
+  const CTemporaryFolder folder;
+  const ProgramEnd end = RunWithFake({"set", "Own", "5"}, "", folder.File("log"));
+  EXPECT_EQ(end.exitCode, 0);
+  EXPECT_EQ(end.errors, "");
+  EXPECT_EQ(end.output, "5\n");
+  EXPECT_EQ(Writes(folder.File("log")), 0U);
+}
 
 struct Refusal {
   Arguments arguments;
@@ -161,11 +174,29 @@ TEST_P(LumivexFeatureRefusal, SaysWhy) {
 }
 
 const Refusal kRefusals[] = {
-    {{"get", "Siez"}, ExitCode::NoFeature, "no feature 'Siez' in this module; did you mean Size?"},
-    {{"set", "mode", "On"}, ExitCode::NoFeature, "no feature 'mode' in this module; did you mean Mode?"},
-    {{"get", "Temperature"}, ExitCode::NoFeature, "no feature 'Temperature' in this module"},
-    {{"get", "Gone"}, ExitCode::NoFeature, "no feature 'Gone' in this module"},
-    {{"get", ""}, ExitCode::NoFeature, "no feature '' in this module"},
+    {{"get", "Siez"},
+     ExitCode::NoFeature,
+     "the device module (the grabber) has no feature 'Siez'; did you mean Size? Or try --module camera"},
+    {{"set", "mode", "On"},
+     ExitCode::NoFeature,
+     "the device module (the grabber) has no feature 'mode'; did you mean Mode? Or try --module camera"},
+    {{"get", "Temperature"},
+     ExitCode::NoFeature,
+     "the device module (the grabber) has no feature 'Temperature'; 'lumivex features --module device' shows those it "
+     "has, or try --module camera"},
+    {{"get", "Temperature", "--module", "camera"},
+     ExitCode::NoFeature,
+     "the camera has no feature 'Temperature'; 'lumivex features --module camera' shows those it has, or try --module "
+     "device"},
+    {{"get", "Gone", "--module", "stream"},
+     ExitCode::NoFeature,
+     "the stream module has no feature 'Gone'; 'lumivex features --module stream' shows those it has"},
+    {{"get", "", "--module", "system"},
+     ExitCode::NoFeature,
+     "the system module has no feature ''; 'lumivex features --module system' shows those it has"},
+    {{"get", "Siez", "--module", "interface"},
+     ExitCode::NoFeature,
+     "the interface module (the board) has no feature 'Siez'; did you mean Size?"},
     {{"get", "Control"}, ExitCode::FeatureAccess, "Control is a category and has no value"},
     {{"get", "Run"}, ExitCode::FeatureAccess, "Run is a command and has no value"},
     {{"get", "Secret"}, ExitCode::FeatureAccess, "Secret can only be written"},
@@ -174,6 +205,7 @@ const Refusal kRefusals[] = {
     {{"set", "Control", "1"}, ExitCode::FeatureAccess, "Control is a category and cannot be set"},
     {{"set", "Blob", "1"}, ExitCode::FeatureAccess, "Blob is a block of bytes and cannot be set"},
     {{"set", "Serial", "1"}, ExitCode::FeatureAccess, "Serial can only be read"},
+    {{"set", "Constant", "1"}, ExitCode::FeatureAccess, "Constant can only be read"},
     {{"set", "Fixed", "1"}, ExitCode::FeatureAccess, "Fixed is locked now"},
     {{"set", "Absent", "1"}, ExitCode::FeatureAccess, "Absent is not available now"},
     {{"set", "Doubtful", "1"},
@@ -207,6 +239,13 @@ const Refusal kRefusals[] = {
      ExitCode::Usage,
      "--module: 'table' is none of system, interface, device, stream and camera; see lumivex --help"},
     {{"get"}, ExitCode::Usage, "NAME is required; see lumivex --help"},
+    {{"get", "Size", "--module", "device", "--module", "camera"},
+     ExitCode::Usage,
+     "--module is given 2 times; see lumivex --help"},
+    {{"features", "--device="}, ExitCode::Usage, "--device needs a value; see lumivex --help"},
+    {{"features", "--device", "1", "2"}, ExitCode::Usage, "two cameras are named, '1' and '2'"},
+    {{"set", "Size", "16", "a", "b"}, ExitCode::Usage, "not expected: a b; see lumivex --help"},
+    {{"gte", "Size"}, ExitCode::Usage, "no command 'gte'; did you mean get? See lumivex --help"},
     {{"get", "Size", "--device", "9"},
      ExitCode::NoDevice,
      "no camera '9' found; 'lumivex list' shows those that are there"},
@@ -249,6 +288,16 @@ const Fault kFaults[] = {
      "description=elsewhere",
      ExitCode::GenTL,
      "the module's description lies at an unknown place: http://localhost/fake.xml"},
+    {{"features"},
+     "description=missing",
+     ExitCode::GenTL,
+     "the device module (the grabber)'s description, the file '/no such/fake.xml', cannot be read: No such file or "
+     "directory"},
+    {{"features", "--module", "camera"},
+     "description=missing",
+     ExitCode::GenTL,
+     "the camera's description, the file '/no such/fake.xml', cannot be read: No such file or directory; the "
+     "Producer's setting DebugCameraURL may name it"},
     {{"features"}, "boards=0", ExitCode::NoDevice, "no camera found"},
     {{"features", "--module", "interface"}, "boards=0", ExitCode::NoDevice, "no board found"},
 };
@@ -265,6 +314,115 @@ TEST(LumivexFeatures, SystemNeedsNoBoard) {
   const ProgramEnd end = RunWithFake({"get", "Size", "--module", "system"}, "boards=0");
   EXPECT_EQ(end.exitCode, 0) << end.errors;
   EXPECT_EQ(end.output, "32\n");
+}
+
+TEST(LumivexFeatures, HelpTellsArgumentsAndExitCodes) {
+  for (const char *command : {"features", "get", "set"}) {
+    const ProgramEnd end = RunWithFake({command, "--help"});
+    EXPECT_EQ(end.exitCode, 0);
+    EXPECT_NE(end.output.find("-d,--device CAMERA "), std::string::npos) << end.output;
+    for (const auto &row : Lumivex::Consumer::kExitCodes) {
+      EXPECT_NE(end.output.find(row.text), std::string::npos) << command << ": " << row.text;
+    }
+  }
+}
+
+// A reader such as head, who has seen enough: no failure that anybody should read of.
+TEST(LumivexFeatures, ReaderWhoHasGoneIsNoComplaint) {
+  for (const Arguments &arguments :
+       {Arguments{"features"}, Arguments{"get", "Size"}, Arguments{"set", "Size", "16"}, Arguments{"list"}}) {
+    ProgramStart start;
+    start.arguments = arguments;
+    start.environment = {{"GENICAM_GENTL64_PATH", std::filesystem::path(FAKE_PRODUCER).parent_path().string()}};
+    start.readerGone = true;
+    const ProgramEnd end = RunLumivex(start);
+    EXPECT_EQ(end.exitCode, static_cast<int>(ExitCode::ReaderGone)) << arguments.front();
+    EXPECT_EQ(end.errors, "") << arguments.front();
+  }
+}
+
+/// The fake Producer, with the errors on a terminal.
+ProgramEnd RunAtTerminal(const Arguments &arguments, const std::string &words = "") {
+  ProgramStart start;
+  start.arguments = arguments;
+  start.environment = {{"GENICAM_GENTL64_PATH", std::filesystem::path(FAKE_PRODUCER).parent_path().string()},
+                       {"FAKE_PRODUCER", words}};
+  start.errorTerminal = true;
+  return RunLumivex(start);
+}
+
+// Only who sits there, and only where there was a choice; a program that reads the output gets nothing more.
+TEST(LumivexFeatures, ChosenCameraIsToldAtTheTerminal) {
+  const ProgramEnd end = RunAtTerminal({"get", "Size"});
+  EXPECT_EQ(end.exitCode, 0);
+  EXPECT_EQ(end.output, "32\n");
+  EXPECT_EQ(end.errors, "lumivex: camera 'Board-#1/Channel #1'\r\n");
+  EXPECT_EQ(RunAtTerminal({"get", "Size", "--device", "2"}).errors, "");
+  EXPECT_EQ(RunAtTerminal({"get", "Size", "--module", "system"}).errors, "");
+  EXPECT_EQ(RunAtTerminal({"get", "Size"}, "cameras=1").errors, "");
+}
+
+/// `lumivex grab` with features that are to be set before.
+class LumivexGrabSetting : public testing::Test {
+ protected:
+  ProgramEnd Grab(Arguments settings) {
+    ProgramStart start;
+    start.arguments = {"grab", "--output", m_Folder.File("a.png")};
+    start.arguments.insert(start.arguments.end(), settings.begin(), settings.end());
+    start.environment = {{"GENICAM_GENTL64_PATH", std::filesystem::path(FAKE_PRODUCER).parent_path().string()},
+                         {"FAKE_PRODUCER", ""},
+                         {"FAKE_PRODUCER_LOG", m_LogFolder.File("log")}};
+    return RunLumivex(start);
+  }
+
+  Arguments Calls() const {
+    std::ostringstream text;
+    text << std::ifstream(m_LogFolder.File("log")).rdbuf();
+    return Lines(text.str());
+  }
+
+  CTemporaryFolder m_Folder;
+  CTemporaryFolder m_LogFolder;
+};
+
+// Later the stream would have asked for the size of the frames already.
+TEST_F(LumivexGrabSetting, IsWrittenBeforeTheStreamOpens) {
+  // The camera's name stands between, so an option that takes all that follows would show.
+  const ProgramEnd end = Grab({"--set", "Size=16", "Channel #2", "--set", "Label=a=b", "--set", "Run"});
+  EXPECT_EQ(end.exitCode, 0) << end.errors;
+  const Arguments calls = Calls();
+  const auto open = std::find(calls.begin(), calls.end(), "DevOpenDataStream");
+  ASSERT_NE(open, calls.end());
+  // A register of text is written as a whole; how often is the library's choice, so only the order is looked at.
+  EXPECT_GE(std::count(calls.begin(), open, "GCWritePort"), 3);
+  EXPECT_EQ(std::count(open, calls.end(), "GCWritePort"), 0);
+  EXPECT_EQ(std::count(calls.begin(), calls.end(), "Channel #2"), 1);
+}
+
+TEST_F(LumivexGrabSetting, RefusalGrabsNothing) {
+  const struct {
+    const char *setting;
+    ExitCode code;
+    const char *complaint;
+  } rows[] = {
+      {"Size=65", ExitCode::FeatureValue, "Size takes at most 64 now, not 65"},
+      {"Size", ExitCode::FeatureValue, "Size needs a value: it is a whole number"},
+      {"Run=1", ExitCode::FeatureValue, "Run is a command: it takes no value"},
+      {"Serial=1", ExitCode::FeatureAccess, "Serial can only be read"},
+      {"Siez=1", ExitCode::NoFeature,
+       "the device module (the grabber) has no feature 'Siez'; did you mean Size? Or try --module camera"},
+  };
+  for (const auto &row : rows) {
+    const ProgramEnd end = Grab({"--set", row.setting});
+    EXPECT_EQ(end.exitCode, static_cast<int>(row.code)) << row.setting;
+    EXPECT_EQ(end.errors, std::string("lumivex: ") + row.complaint + "\n");
+    EXPECT_EQ(end.output, "");
+  }
+  EXPECT_EQ(m_Folder.Names(), Arguments{});
+  const Arguments calls = Calls();
+  EXPECT_EQ(std::count(calls.begin(), calls.end(), "DevOpenDataStream"), 0);
+  EXPECT_EQ(std::count(calls.begin(), calls.end(), "DevClose"), 5);
+  EXPECT_EQ(calls.back(), "GCCloseLib");
 }
 
 TEST(LumivexFeatures, FullDiskIsTold) {

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 /// \file
 /// The commands about features, run as a user runs them, with the Producer and the simulated library beneath it.
 
@@ -14,6 +13,7 @@
 #include "Catalog.h"
 #include "Device.h"
 #include "ExitCodes.h"
+#include "ReadPng.h"
 #include "RunProgram.h"
 #include "TemporaryFolder.h"
 
@@ -117,6 +117,8 @@ const Setting kSettings[] = {
     {{"GRB_CAMTRIG_FILTER_NS", "1"}, "66\n"},
     {{"GRB_CONFIG_FILE", "/a b.gcf"}, "/a b.gcf\n"},
     {{"GRB_EXPOSE"}, ""},
+    // The lock lives in the node map of who sets it.
+    {{"TLParamsLocked", "1"}, "1\n"},
     {{"--module", "system", "InterfaceUpdateList"}, ""},
     {{"--module", "interface", "DeviceSelector", "1"}, "1\n"},
     {{"--module", "camera", "Width", "640"}, "640\n"},
@@ -143,7 +145,8 @@ TEST_P(LumivexSettingRefusal, SaysWhyInOneLine) {
 
 const Refusal kRefusals[] = {
     {{"get", "Widht"}, ExitCode::NoFeature, "did you mean Width"},
-    {{"get", "Width", "--module", "system"}, ExitCode::NoFeature, "no feature 'Width'"},
+    {{"get", "Width", "--module", "system"}, ExitCode::NoFeature, "the system module has no feature 'Width'"},
+    {{"get", "AcquisitionFrameRate"}, ExitCode::NoFeature, "or try --module camera"},
     {{"set", "Width", "99999"}, ExitCode::FeatureValue, "Width takes at most 1280 now, not 99999"},
     {{"set", "Width", "wide"}, ExitCode::FeatureValue, "Width takes a whole number, not 'wide'"},
     {{"set", "WidthMax", "1"}, ExitCode::FeatureAccess, "WidthMax can only be read"},
@@ -174,7 +177,8 @@ TEST_F(LumivexWithBusyCamera, FeaturesShowWhatIsLeft) {
   const ProgramEnd end = RunWithSimulation({"features", "1"});
   EXPECT_EQ(end.exitCode, 0);
   EXPECT_EQ(end.errors,
-            "lumivex: the camera is busy: opened for reading only, where some features are not available\n");
+            "lumivex: camera 'LX-CXP-4-#1/Channel #1' is busy: opened for reading only, where some features are not "
+            "available\n");
   EXPECT_TRUE(Holds(end.output, "  DeviceID                       r-  Channel #1\n")) << end.output;
   EXPECT_TRUE(Holds(end.output, "  Width                          --  (not available)\n")) << end.output;
   EXPECT_FALSE(Holds(end.output, "cannot be")) << end.output;
@@ -201,7 +205,46 @@ TEST_F(LumivexWithBusyCamera, SetIsRefused) {
 TEST_F(LumivexWithBusyCamera, StreamSaysThatTheCameraIsBusy) {
   const ProgramEnd end = RunWithSimulation({"features", "--module", "stream", "1"});
   EXPECT_EQ(end.exitCode, static_cast<int>(ExitCode::DeviceBusy)) << end.errors;
-  EXPECT_TRUE(Holds(end.errors, "the camera is busy")) << end.errors;
+  EXPECT_EQ(
+      end.errors,
+      "lumivex: camera 'LX-CXP-4-#1/Channel #1' is busy: another program has opened it, and only that one can open "
+      "its stream\n");
+}
+
+// Its lines have their ends already.
+TEST(LumivexFeaturesWithSimulation, ValueOfSeveralLinesEndsOnce) {
+  const ProgramEnd end = RunWithSimulation({"get", "GRB_BOARD_PROPERTIES"});
+  const std::vector<std::string> lines = Lines(end.output);
+  ASSERT_GT(lines.size(), 1U) << end.output;
+  EXPECT_NE(lines.back(), "");
+}
+
+// What only the settings bring about: 16 bits, and another size, from cameras of both revisions.
+TEST(LumivexFeaturesWithSimulation, GrabTakesSettings) {
+  const CTemporaryFolder folder;
+  for (const std::string camera : {"1", "2"}) {
+    const std::string file = folder.File(camera + ".png");
+    const ProgramEnd end = RunWithSimulation(
+        {"grab", "--set", "PixelFormat=Mono16", "--set", "Width=640", "--set", "Height=48", "-o", file, camera});
+    ASSERT_EQ(end.exitCode, 0) << end.errors;
+    EXPECT_EQ(end.errors, "");
+    const PngFile png = ReadPng(file);
+    EXPECT_EQ(png.bitDepth, 16U);
+    EXPECT_EQ(png.channels, 1U);
+    EXPECT_EQ(png.width, 640U);
+    EXPECT_EQ(png.height, 48U);
+    EXPECT_GT(*std::max_element(png.samples.begin(), png.samples.end()), 255U);
+  }
+}
+
+// A lock that is set first holds for what is set behind it.
+TEST(LumivexFeaturesWithSimulation, GrabTakesSettingsInTheirOrder) {
+  const CTemporaryFolder folder;
+  const ProgramEnd end =
+      RunWithSimulation({"grab", "--set", "TLParamsLocked=1", "--set", "Width=640", "-o", folder.File("a.png")});
+  EXPECT_EQ(end.exitCode, static_cast<int>(ExitCode::FeatureAccess));
+  EXPECT_EQ(end.errors, "lumivex: Width is locked now\n");
+  EXPECT_TRUE(folder.Names().empty());
 }
 
 TEST(LumivexFeaturesWithSimulation, FreeCameraComesFirst) {

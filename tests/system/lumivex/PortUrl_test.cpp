@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "PortUrl.h"
 
 #include <string>
@@ -50,10 +49,9 @@ TEST_P(FilePortUrl, GivesThePath) {
 }
 
 const FileUrl kFileUrls[] = {
-    {"file:///a/b.xml", "/a/b.xml"},
-    {"File:///a%20b.xml?SchemaVersion=1.0.0", "/a b.xml"},
-    {"file:///C:/a.xml", "C:/a.xml"},
-    {"file:a.xml", "a.xml"},
+    {"file:///a/b.xml", "/a/b.xml"},    {"File:///a%20b.xml?SchemaVersion=1.0.0", "/a b.xml"},
+    {"file:////a//b.xml", "/a//b.xml"}, {"file://host/a.xml", "//host/a.xml"},
+    {"file:///C:/a.xml", "C:/a.xml"},   {"file:a.xml", "a.xml"},
 };
 INSTANTIATE_TEST_SUITE_P(Table, FilePortUrl, testing::ValuesIn(kFileUrls));
 

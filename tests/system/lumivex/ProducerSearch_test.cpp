@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "ProducerSearch.h"
 
 #include <filesystem>
@@ -75,7 +74,7 @@ TEST(ProducerSearch, NamedFileBecomesAbsolute) {
 
 TEST(ProducerSearch, NothingToLoadSaysWhy) {
   const CTemporaryFolder folder;
-  ExpectNoProducer("", "", "GENICAM_GENTL64_PATH is not set");
+  ExpectNoProducer("", "", "GENICAM_GENTL64_PATH is not set, or empty");
   ExpectNoProducer("", folder.Path(), "no .cti file in the folders of GENICAM_GENTL64_PATH");
   ExpectNoProducer(folder.File("a.cti"), "", "there is no file");
   ExpectNoProducer(folder.Path(), "", "is a folder");

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "ReadPng.h"
 
 #include <csetjmp>

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_TESTS_SYSTEM_READPNG_H_
-#define LUMIVEX_TESTS_SYSTEM_READPNG_H_
+#pragma once
 
 #include <string>
 #include <vector>
@@ -17,5 +15,3 @@ struct PngFile {
 };
 
 PngFile ReadPng(const std::string &file);
-
-#endif  // LUMIVEX_TESTS_SYSTEM_READPNG_H_

@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
-
 #include "RunProgram.h"
 
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <stdlib.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -16,8 +18,40 @@
 
 namespace {
 
+/// The side of a new terminal that a person would sit at.
+int OpenTerminal() {
+  const int terminal = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+  if (terminal < 0 || grantpt(terminal) != 0 || unlockpt(terminal) != 0) {
+    throw std::runtime_error("no terminal");
+  }
+  return terminal;
+}
+
+void ReadAll(int file, std::string &text) {
+  std::array<char, 4096> piece{};
+  for (ssize_t got = 0; (got = read(file, piece.data(), piece.size())) > 0;) {
+    text.append(piece.data(), static_cast<size_t>(got));
+  }
+}
+
+/// Waits until no signal is on its way to a process, or it has ended: the next one is a second one then.
+void WaitUntilTaken(pid_t process) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  bool pending = true;
+  while (pending && std::chrono::steady_clock::now() < end) {
+    std::ifstream status("/proc/" + std::to_string(process) + "/status");
+    pending = false;
+    for (std::string line; std::getline(status, line);) {
+      if (line.find("State:\tZ") == 0) {
+        return;
+      }
+      pending = pending || (line.find("ShdPnd:") == 0 && line.find_first_not_of("0 \t", 7) != std::string::npos);
+    }
+  }
+}
+
 [[noreturn]] void BecomeLumivex(const ProgramStart &start, int output, const std::string &errorFile) {
-  const int errors = open(errorFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  const int errors = open(errorFile.c_str(), O_WRONLY | O_CREAT | O_NOCTTY | O_CLOEXEC, 0600);
   dup2(start.outputFile.empty() ? output : open(start.outputFile.c_str(), O_WRONLY), STDOUT_FILENO);
   dup2(errors, STDERR_FILENO);
   if (!start.folder.empty()) {
@@ -29,6 +63,17 @@ namespace {
     } else {
       setenv(name.c_str(), value.c_str(), 1);
     }
+  }
+  // Whatever started the tests may have signals ignored, which a program inherits.
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGXFSZ}) {
+    std::signal(signal, signal == start.ignoredSignal ? SIG_IGN : SIG_DFL);
+  }
+  if (start.largestFile > 0) {
+    const rlimit limit = {start.largestFile, start.largestFile};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  for (const int file : start.closedFiles) {
+    close(file);
   }
   std::vector<std::string> texts = {LUMIVEX_PROGRAM};
   texts.insert(texts.end(), start.arguments.begin(), start.arguments.end());
@@ -45,10 +90,14 @@ namespace {
 
 ProgramEnd RunLumivex(const ProgramStart &start) {
   const CTemporaryFolder folder;
-  const std::string errorFile = folder.File("errors");
+  const int terminal = start.errorTerminal ? OpenTerminal() : -1;
+  const std::string errorFile = start.errorTerminal ? ptsname(terminal) : folder.File("errors");
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) {
     throw std::runtime_error("no pipe");
+  }
+  if (start.readerGone) {
+    close(ends[0]);
   }
   const pid_t child = fork();
   if (child == 0) {
@@ -58,17 +107,27 @@ ProgramEnd RunLumivex(const ProgramStart &start) {
   ProgramEnd end;
   bool signalled = start.signalAfterOutput == 0;
   std::array<char, 4096> piece{};
-  for (ssize_t got = 0; (got = read(ends[0], piece.data(), piece.size())) > 0;) {
+  for (ssize_t got = 0; !start.readerGone && (got = read(ends[0], piece.data(), piece.size())) > 0;) {
     end.output.append(piece.data(), static_cast<size_t>(got));
     if (!signalled && end.output.find('\n') != std::string::npos) {
-      kill(child, start.signalAfterOutput);
+      for (int i = 0; i < start.signalCount; ++i) {
+        kill(child, start.signalAfterOutput);
+        WaitUntilTaken(child);
+      }
       signalled = true;
     }
   }
-  close(ends[0]);
+  if (!start.readerGone) {
+    close(ends[0]);
+  }
   int status = 0;
   waitpid(child, &status, 0);
   end.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+  if (start.errorTerminal) {
+    ReadAll(terminal, end.errors);
+    close(terminal);
+    return end;
+  }
   std::ostringstream errors;
   errors << std::ifstream(errorFile).rdbuf();
   end.errors = errors.str();

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
+#pragma once
 
-#ifndef LUMIVEX_TESTS_SYSTEM_RUNPROGRAM_H_
-#define LUMIVEX_TESTS_SYSTEM_RUNPROGRAM_H_
-
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -14,7 +13,13 @@ struct ProgramStart {
   std::map<std::string, std::string> environment;  ///< Beside the test's own; an empty value takes a variable away.
   std::filesystem::path folder;                    ///< Where it runs; empty: where the test does.
   std::string outputFile;                          ///< Takes its output; empty: ProgramEnd::output does.
+  bool readerGone = false;                         ///< Its output goes to a pipe that nobody reads.
+  bool errorTerminal = false;                      ///< Its errors go to a terminal.
+  std::vector<int> closedFiles;                    ///< Standard streams that it does not get.
+  int ignoredSignal = 0;                           ///< It starts with this one ignored; 0: none.
+  uint64_t largestFile = 0;                        ///< Bytes that it may write to a file; 0: any number.
   int signalAfterOutput = 0;                       ///< Sent when the first line has been printed; 0: none.
+  int signalCount = 1;                             ///< So often, each when the one before has arrived.
 };
 
 /// What became of it.
@@ -29,5 +34,3 @@ ProgramEnd RunLumivex(const ProgramStart &start);
 
 /// The lines of a text.
 std::vector<std::string> Lines(const std::string &text);
-
-#endif  // LUMIVEX_TESTS_SYSTEM_RUNPROGRAM_H_

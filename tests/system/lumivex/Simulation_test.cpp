@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 /// \file
 /// lumivex, run as a user runs it, with the Producer and the simulated frame-grabber library beneath it.
 

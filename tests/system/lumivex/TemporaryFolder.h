@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-
-#ifndef LUMIVEX_TESTS_SYSTEM_TEMPORARYFOLDER_H_
-#define LUMIVEX_TESTS_SYSTEM_TEMPORARYFOLDER_H_
+#pragma once
 
 #include <filesystem>
 #include <string>
@@ -24,5 +22,3 @@ class CTemporaryFolder {
  private:
   std::filesystem::path m_Path;
 };
-
-#endif  // LUMIVEX_TESTS_SYSTEM_TEMPORARYFOLDER_H_

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-
 #include <csignal>
 #include <cstdlib>
 #include <dlfcn.h>
+#include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include "CommandError.h"
@@ -37,6 +38,20 @@ std::string EnvironmentValue(const char *name) {
   return value != nullptr ? value : "";
 }
 
+void ReserveStandardFiles() noexcept {
+  for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(number, F_GETFD) == -1) {
+      // The lowest free number is given out, so it becomes this one. Its direction is the wrong one on purpose.
+      static_cast<void>(open("/dev/null", number == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+    }
+  }
+}
+
+bool IsReaderGone(std::FILE *file) noexcept {
+  pollfd output = {fileno(file), POLLOUT, 0};
+  return poll(&output, 1, 0) == 1 && (output.revents & POLLERR) != 0;
+}
+
 bool IsTerminal(std::FILE *file) noexcept { return isatty(fileno(file)) == 1; }
 
 unsigned long ProcessNumber() noexcept { return static_cast<unsigned long>(getpid()); }
@@ -51,7 +66,16 @@ void CatchInterrupts() noexcept {
   sigemptyset(&action.sa_mask);
   sigaction(SIGINT, &action, nullptr);
   sigaction(SIGTERM, &action, nullptr);
+  struct sigaction before = {};
+  sigaction(SIGHUP, nullptr, &before);
+  // nohup has it ignored.
+  if (before.sa_handler != SIG_IGN) {
+    // A terminal that goes is told by the system and by the shell: both are one wish to end.
+    action.sa_flags = 0;
+    sigaction(SIGHUP, &action, nullptr);
+  }
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
 }
 
 bool Interrupted() noexcept { return g_interrupted != 0; }
