@@ -44,7 +44,7 @@ std::string ExplainMismatch(const CLI::App &app, const std::string &words) {
       return pOption->get_name() + " is given " + Counted(pOption->count(), "time");
     }
   }
-  return words.substr(0, words.find(':')) + " needs a value";
+  return words.find(" missing") == std::string::npos ? words : words.substr(0, words.find(':')) + " needs a value";
 }
 
 }  // namespace

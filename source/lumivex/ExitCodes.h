@@ -22,7 +22,7 @@ enum class ExitCode : int {
   FeatureAccess = 10,
   FeatureValue = 11,
   Interrupted = 130,
-  ReaderGone = 141,  ///< What a shell shows of a program that such a reader ends by SIGPIPE.
+  ReaderGone = 141,  ///< What a shell shows of a program that SIGPIPE has ended.
 };
 
 struct ExitCodeRow {

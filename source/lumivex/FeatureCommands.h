@@ -2,8 +2,8 @@
 #pragma once
 
 /// \file
-/// What lumivex can do with features. It needs Aravis: without it the build takes NoFeatureCommands.cpp, and that is
-/// nothing.
+/// What lumivex can do with features. It needs Aravis: without it the build takes NoFeatureCommands.cpp, which can do
+/// none of it.
 
 #include <memory>
 #include <string>

@@ -25,8 +25,18 @@ const ModuleRow *FindModule(const std::string &name) {
   return pRow == std::end(kModules) ? nullptr : pRow;
 }
 
+/// The names of all modules, with a word in front of the last.
+std::string ModuleNames(const std::string &word) {
+  std::string names;
+  for (const ModuleRow &row : kModules) {
+    const bool last = &row == std::end(kModules) - 1;
+    names += (names.empty() ? "" : last ? " " + word + " " : ", ") + row.name;
+  }
+  return names;
+}
+
 std::string CheckModule(const std::string &name) {
-  return FindModule(name) != nullptr ? "" : "'" + name + "' is none of system, interface, device, stream and camera";
+  return FindModule(name) != nullptr ? "" : "'" + name + "' is none of " + ModuleNames("and");
 }
 
 }  // namespace
@@ -40,7 +50,7 @@ void CFeatureOptions::Declare(CLI::App &command, DevicePlace place) {
   command
       .add_option_function<std::string>(
           "-m,--module", [this](const std::string &name) { m_Module = FindModule(name)->module; },
-          "Whose features: system, interface, device (the grabber, the default), stream or camera")
+          "Whose features: " + ModuleNames("or") + " (default: device, the grabber)")
       ->type_name("MODULE")
       ->check(CLI::Validator(CheckModule, "", "module"));
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "GrabCommand.h"
 
+#include <charconv>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
@@ -8,6 +9,8 @@
 #include <iostream>
 #include <memory>
 #include <sstream>
+#include <system_error>
+#include <utility>
 
 #include "Catalog.h"
 #include "FeatureCommands.h"
@@ -37,12 +40,16 @@ std::string FramesPerSecond(uint64_t frames, steady_clock::time_point since) {
   return text.str();
 }
 
-std::string CheckCount(const std::string &text) {
+// Takes leading zeros away, with which CLI11 would read an octal number.
+std::string ReadCount(std::string &text) {
   uint64_t count = 0;
-  if (CLI::detail::lexical_cast(text, count) && count >= 1 && count <= kMostFrames) {
-    return "";
+  const char *const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, count);
+  if (error != std::errc() || stop != end || count < 1 || count > kMostFrames) {
+    return "'" + text + "' is no number from 1 to " + std::to_string(kMostFrames);
   }
-  return "'" + text + "' is no number from 1 to " + std::to_string(kMostFrames);
+  text = std::to_string(count);
+  return "";
 }
 
 // CLI::Range lets "nan" pass.
@@ -52,6 +59,10 @@ std::string CheckTimeout(const std::string &text) {
     return "";
   }
   return "'" + text + "' is no time from 0.001 to 86400 seconds";
+}
+
+std::string CheckSetting(const std::string &text) {
+  return text.empty() || text[0] == '=' ? "'" + text + "' names no feature" : "";
 }
 
 std::shared_ptr<const CDevice> OpenCamera(const std::string &producerFile, const std::string &wish) {
@@ -67,6 +78,45 @@ std::shared_ptr<const CDevice> OpenCamera(const std::string &producerFile, const
   return std::make_shared<const CDevice>(camera.pInterface, camera.id, GenTL::DEVICE_ACCESS_CONTROL);
 }
 
+/// The files of one grab, and what is told about them: on a terminal the progress and a summary, elsewhere their names.
+class CFrameFiles {
+ public:
+  CFrameFiles(COutputPattern pattern, uint64_t count) : m_Pattern(std::move(pattern)), m_Count(count) {}
+
+  void Write(const Frame &frame, uint64_t number) {
+    const Picture picture = CPixelUnpacker::Unpack(frame);
+    const std::string file = m_Pattern.Name(number);
+    CPngWriter(file).Write(picture);
+    if (!m_Progress.Visible()) {
+      std::cout << file << std::endl;
+      RequireOutput();
+      return;
+    }
+    m_Progress.Show("frame " + std::to_string(number) + " of " + std::to_string(m_Count) + ", " +
+                    FramesPerSecond(number, m_Begin));
+    m_Summary = Counted(number, "frame") + " of " + std::to_string(picture.width) + " x " +
+                std::to_string(picture.height) + " " + picture.pFormatName + " written: " + m_Pattern.Name(1) +
+                (number > 1 ? " to " + file : "");
+  }
+
+  void Report(const std::vector<std::string> &warnings) {
+    m_Progress.Clear();
+    if (!m_Summary.empty()) {
+      std::cout << m_Summary << std::endl;
+    }
+    for (const std::string &warning : warnings) {
+      std::cerr << "lumivex: " << warning << '\n';
+    }
+  }
+
+ private:
+  const COutputPattern m_Pattern;
+  const uint64_t m_Count;
+  CProgress m_Progress{stdout};
+  const steady_clock::time_point m_Begin = steady_clock::now();
+  std::string m_Summary;
+};
+
 }  // namespace
 
 const CLI::App *CGrabCommand::Declare(CLI::App &app) {
@@ -75,7 +125,7 @@ const CLI::App *CGrabCommand::Declare(CLI::App &app) {
   pCommand->add_option("-n,--count", m_Count, "Number of frames")
       ->type_name("N")
       ->capture_default_str()
-      ->check(CLI::Validator(CheckCount, "", "count"));
+      ->transform(CLI::Validator(ReadCount, "", "count"));
   pCommand
       ->add_option("-o,--output", m_Output,
                    "Name of the files; %d, or %03d, is where the number goes, from 1. Files of that name are replaced")
@@ -90,7 +140,8 @@ const CLI::App *CGrabCommand::Declare(CLI::App &app) {
         ->add_option("--set", m_Settings,
                      "Set a feature of the grabber first, as 'lumivex set' does; may be given several times")
         ->type_name("NAME=VALUE")
-        ->allow_extra_args(false);
+        ->allow_extra_args(false)
+        ->check(CLI::Validator(CheckSetting, "", "setting"));
   }
   pCommand
       ->add_option("device", m_Device,
@@ -110,40 +161,16 @@ ExitCode CGrabCommand::Run() {
   SetFeatures(pDevice, m_Settings);
   CGrabber grabber(pDevice, m_Count, limit);
 
-  CProgress progress(stdout);
-  const auto begin = steady_clock::now();
-  std::string summary;
-  const auto writeFrame = [&](const Frame &frame, uint64_t number) {
-    const Picture picture = CPixelUnpacker::Unpack(frame);
-    const std::string file = pattern.Name(number);
-    CPngWriter(file).Write(picture);
-    if (!progress.Visible()) {
-      std::cout << file << std::endl;
-      RequireOutput();
-      return;
-    }
-    progress.Show("frame " + std::to_string(number) + " of " + std::to_string(m_Count) + ", " +
-                  FramesPerSecond(number, begin));
-    summary = Counted(number, "frame") + " of " + std::to_string(picture.width) + " x " +
-              std::to_string(picture.height) + " " + picture.pFormatName + " written: " + pattern.Name(1) +
-              (number > 1 ? " to " + file : "");
-  };
-  const auto report = [&] {
-    progress.Clear();
-    if (!summary.empty()) {
-      std::cout << summary << std::endl;
-    }
-    for (const std::string &warning : grabber.Warnings()) {
-      std::cerr << "lumivex: " << warning << '\n';
-    }
-  };
+  CFrameFiles files(pattern, m_Count);
   try {
-    grabber.Run(writeFrame);
-  } catch (const CCommandError &) {
-    report();
+    grabber.Run([&](const Frame &frame, uint64_t number) { files.Write(frame, number); });
+  } catch (const CCommandError &error) {
+    if (error.Code() != ExitCode::ReaderGone) {
+      files.Report(grabber.Warnings());
+    }
     throw;
   }
-  report();
+  files.Report(grabber.Warnings());
   return ExitCode::Success;
 }
 

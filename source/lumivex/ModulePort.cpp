@@ -33,11 +33,12 @@ std::string ReadFile(const std::string &name, const ModuleRow &module) {
     }
   }
   if (error) {
-    // Only a setting leads to a file on disk for the camera, so that is where to look.
+    // Most often it is a setting of the Producer that leads to a file on disk for the camera.
     throw CCommandError(
         ExitCode::GenTL,
         std::string(module.text) + "'s description, the file '" + name + "', cannot be read: " + error.message() +
-            (module.module == Module::Camera ? "; the Producer's setting DebugCameraURL may name it" : ""));
+            (module.module == Module::Camera ? "; a setting of the Producer, such as DebugCameraURL, may name it"
+                                             : ""));
   }
   return bytes;
 }
@@ -70,17 +71,7 @@ CModulePort::CModulePort(const CCatalog &catalog, Module module, const std::stri
   } else if (module == Module::Camera) {
     m_Handle = m_pDevice->RemotePort();
   } else {
-    const std::vector<std::string> streams = m_pDevice->StreamIds();
-    if (streams.empty() && m_Reduced) {
-      throw CCommandError(
-          ExitCode::DeviceBusy,
-          "camera " + m_CameraName + " is busy: another program has opened it, and only that one can open its stream");
-    }
-    if (streams.empty()) {
-      throw CCommandError(ExitCode::GenTL, "the camera has no data stream");
-    }
-    m_pStream = std::make_shared<const CDataStream>(m_pDevice, streams.front());
-    m_Handle = m_pStream->Handle();
+    OpenStream();
   }
 }
 
@@ -141,6 +132,20 @@ void CModulePort::OpenDevice(const CameraEntry &camera, PortUse use) {
   }
   open(GenTL::DEVICE_ACCESS_READONLY);
   m_Reduced = true;
+}
+
+void CModulePort::OpenStream() {
+  const std::vector<std::string> streams = m_pDevice->StreamIds();
+  if (streams.empty() && m_Reduced) {
+    throw CCommandError(
+        ExitCode::DeviceBusy,
+        "camera " + m_CameraName + " is busy: another program has opened it, and only that one can open its stream");
+  }
+  if (streams.empty()) {
+    throw CCommandError(ExitCode::GenTL, "the camera has no data stream");
+  }
+  m_pStream = std::make_shared<const CDataStream>(m_pDevice, streams.front());
+  m_Handle = m_pStream->Handle();
 }
 
 void CModulePort::Read(uint64_t address, void *pBuffer, std::size_t size) const {

@@ -73,6 +73,10 @@ class CModulePort {
   void OpenSystem(const CCatalog &catalog, const std::string &wish);
   void OpenInterface(const CCatalog &catalog, const std::string &wish);
   void OpenDevice(const CameraEntry &camera, PortUse use);
+
+  /// The first one of the device, which is open.
+  void OpenStream();
+
   const CProducer &Producer() const noexcept { return *m_pProducer; }
 
   const Module m_Module;

@@ -513,8 +513,9 @@ CCommandError CNodeMap::NoFeature(const std::string &name) const {
   std::string text = std::string(module.text) + " has no feature " + Quoted(name) + (meant.empty() ? listing : meant);
   // These two are easily taken for each other.
   if (module.module == Module::Device || module.module == Module::Camera) {
-    const Module other = module.module == Module::Device ? Module::Camera : Module::Device;
-    text += std::string(meant.empty() ? ", or" : " Or") + " try --module " + RowOf(other).name;
+    const ModuleRow &other = RowOf(module.module == Module::Device ? Module::Camera : Module::Device);
+    text += std::string(meant.empty() ? ", and" : "") + " 'lumivex features --module " + other.name + "' " +
+            (meant.empty() ? "" : "shows ") + "what " + other.text + " has";
   }
   return {ExitCode::NoFeature, text};
 }

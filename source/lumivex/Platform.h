@@ -36,12 +36,12 @@ char PathListSeparator() noexcept;
 /// Value of an environment variable; empty when it is not set.
 std::string EnvironmentValue(const char *name);
 
-/// Gives the three standard streams that were closed at the start a place where reading and writing fails as before.
+/// Gives each standard stream that was closed at the start a place where reading and writing fails as before.
 /// Otherwise the first file that is opened would take their number, and get what is printed. Call it before anything is
 /// opened.
 void ReserveStandardFiles() noexcept;
 
-/// Whether a pipe leads there whose other end nobody has open any more.
+/// Whether nobody can read any more what is written there.
 bool IsReaderGone(std::FILE *file) noexcept;
 
 /// Whether a person reads what is written there.
@@ -54,8 +54,8 @@ unsigned long ProcessNumber() noexcept;
 std::FILE *CreateNewFile(const std::filesystem::path &file) noexcept;
 
 /// From now on the first request to end (Ctrl-C and the like) only sets the mark that Interrupted() reads, and the
-/// second one ends the program at once. That the terminal has gone is such a request too, but may be told twice; it is
-/// none where who started us has it ignored.
+/// second one ends the program at once. That the terminal has gone is one such request, however often it is told. What
+/// whoever started us has ignored stays ignored.
 /// A reader of our output who has gone, and a file that is longer than the system lets us write, are errors of writing
 /// from now on, not our end.
 void CatchInterrupts() noexcept;

@@ -61,18 +61,18 @@ std::FILE *CreateNewFile(const std::filesystem::path &file) noexcept { return st
 void CatchInterrupts() noexcept {
   struct sigaction action = {};
   action.sa_handler = OnInterrupt;
-  // After the first signal the old action stands again: whoever asks twice is not kept waiting for an orderly end.
-  action.sa_flags = static_cast<int>(SA_RESETHAND);
   sigemptyset(&action.sa_mask);
-  sigaction(SIGINT, &action, nullptr);
-  sigaction(SIGTERM, &action, nullptr);
-  struct sigaction before = {};
-  sigaction(SIGHUP, nullptr, &before);
-  // nohup has it ignored.
-  if (before.sa_handler != SIG_IGN) {
-    // A terminal that goes is told by the system and by the shell: both are one wish to end.
-    action.sa_flags = 0;
-    sigaction(SIGHUP, &action, nullptr);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    struct sigaction before = {};
+    sigaction(signal, nullptr, &before);
+    // nohup has SIGHUP ignored, and a script SIGINT for what it starts with an &.
+    if (before.sa_handler == SIG_IGN) {
+      continue;
+    }
+    // After the first signal the old action stands again: whoever asks twice is not kept waiting for an orderly end.
+    // But a terminal that goes is told by the system and by the shell: both are one wish to end.
+    action.sa_flags = signal == SIGHUP ? 0 : static_cast<int>(SA_RESETHAND);
+    sigaction(signal, &action, nullptr);
   }
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);

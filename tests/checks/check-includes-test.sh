@@ -19,7 +19,7 @@ clean_tree() {
     >"$tree/source/tllumivex/TL.h"
   printf '#include "TL.h"  // own\n' >"$tree/source/tllumivex/TL.cpp"
   printf '#include <dlfcn.h>\n#include <sys/stat.h>\n' >"$tree/source/tllumivex/Platform_Linux.cpp"
-  printf '#include <fcntl.h>\n#ifdef _WIN32\n#endif\n' >"$tree/source/grbsim/SimPlatformLinux.cpp"
+  printf '#include <fcntl.h>\n#ifdef _WIN32\n#endif\n' >"$tree/source/grbsim/SimPlatform_Linux.cpp"
   printf '#include <thread>\n#include "grblx64.h"\n' >"$tree/source/grbsim/Board.h"
   printf '#include <png.h>\n#include <CLI/CLI.hpp>\n#include "GenTL.h"\n' \
     >"$tree/source/lumivex/Main.cpp"

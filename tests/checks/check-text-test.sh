@@ -56,7 +56,10 @@ if ! "$check" "$tree" >"$log" 2>&1; then
 fi
 
 refuses_words "as $(printf '%s' th)e spec says"
+refuses_words "$(printf '%s' Th)e specification says"
+refuses_words "as $(printf '%s' thi)s specification says"
 refuses_words "see $(printf '%s' Par)t 4.3"
+refuses_words "see $(printf '%s' par)ts 1.2 and 4"
 refuses_words "see $(printf '%s' spe)c.md"
 refuses_words "in $(printf '%s' /ho)me/someone/tree"
 refuses_words "in $(printf '%s' /ro)ot/tree"
@@ -81,4 +84,17 @@ refuses CONTRIBUTING.md "a link to a file that is not there"
 clean_tree
 printf 'build   cmake\n' >>"$tree/scripts/packages"
 refuses scripts/packages "a package without a reason"
+
+# A file that cannot be searched: its name makes two in a list.
+clean_tree
+printf 'int a;\n' >"$tree/source/A
+B"
+if "$check" "$tree" >"$log" 2>&1; then
+  echo "FAILED: passed a tree that could not be searched"
+  failed=1
+elif ! grep -q '^the search for .* failed$' "$log"; then
+  echo "FAILED: refused a tree that could not be searched without saying so:"
+  cat "$log"
+  failed=1
+fi
 exit $failed

@@ -167,12 +167,12 @@ TEST_F(LumivexWithFake, HangUpToldTwiceEndsInOrder) {
   EXPECT_EQ(Calls().back(), "GCCloseLib");
 }
 
-// As under nohup: who asked for that gets all frames.
-TEST_F(LumivexWithFake, HangUpThatWasIgnoredStaysIgnored) {
+// As under nohup, or in a script's background: who asked for that gets all frames.
+TEST_P(LumivexInterrupted, IsIgnoredWhereItWas) {
   ProgramStart start;
   start.arguments = {"grab", "--cti", FAKE_PRODUCER, "-n", "20", "-o", m_Folder.File("f%d.png")};
-  start.ignoredSignal = SIGHUP;
-  start.signalAfterOutput = SIGHUP;
+  start.ignoredSignal = GetParam();
+  start.signalAfterOutput = GetParam();
   EXPECT_EQ(RunLumivex(start).exitCode, 0);
   EXPECT_EQ(m_Folder.Names().size(), 20U);
 }
@@ -194,6 +194,22 @@ TEST_F(LumivexWithFake, LostFramesAreToldAtTheEnd) {
   const ProgramEnd end = RunWithFake({"grab", "-n", "2"}, "lost=3");
   EXPECT_EQ(end.exitCode, 0);
   EXPECT_EQ(end.errors, "lumivex: frames were lost 3 times: overflow\n");
+}
+
+TEST_F(LumivexWithFake, LostFramesAreNotToldWhenTheReaderHasGone) {
+  ProgramStart start;
+  start.arguments = {"grab", "--cti", FAKE_PRODUCER, "-n", "2", "-o", m_Folder.File("f%d.png")};
+  start.environment = {{"FAKE_PRODUCER", "lost=3"}};
+  start.readerGone = true;
+  const ProgramEnd end = RunLumivex(start);
+  EXPECT_EQ(end.exitCode, static_cast<int>(ExitCode::ReaderGone));
+  EXPECT_EQ(end.errors, "");
+}
+
+// A leading 0 is no octal number: "010" would be 8 then, and "08" none.
+TEST_F(LumivexWithFake, CountIsDecimal) {
+  EXPECT_EQ(Lines(RunWithFake({"grab", "--count", "010"}).output).size(), 10U);
+  EXPECT_EQ(Lines(RunWithFake({"grab", "--count", "08"}).output).size(), 8U);
 }
 
 TEST_F(LumivexWithFake, IncompleteFramesAreLeftOut) {
@@ -405,6 +421,9 @@ INSTANTIATE_TEST_SUITE_P(Table, LumivexMisuse,
                              {"grab", "--count", "0"},
                              {"grab", "--count", "-1"},
                              {"grab", "--count", "many"},
+                             {"grab", "--count", "0x10"},
+                             {"grab", "--count", "1.5"},
+                             {"grab", "--count", ""},
                              {"grab", "--count", "2", "--output", "same.png"},
                              {"grab", "--output", "%s.png"},
                              {"grab", "--output", ""},

@@ -176,18 +176,20 @@ TEST_P(LumivexFeatureRefusal, SaysWhy) {
 const Refusal kRefusals[] = {
     {{"get", "Siez"},
      ExitCode::NoFeature,
-     "the device module (the grabber) has no feature 'Siez'; did you mean Size? Or try --module camera"},
+     "the device module (the grabber) has no feature 'Siez'; did you mean Size? 'lumivex features --module camera' "
+     "shows what the camera has"},
     {{"set", "mode", "On"},
      ExitCode::NoFeature,
-     "the device module (the grabber) has no feature 'mode'; did you mean Mode? Or try --module camera"},
+     "the device module (the grabber) has no feature 'mode'; did you mean Mode? 'lumivex features --module camera' "
+     "shows what the camera has"},
     {{"get", "Temperature"},
      ExitCode::NoFeature,
      "the device module (the grabber) has no feature 'Temperature'; 'lumivex features --module device' shows those it "
-     "has, or try --module camera"},
+     "has, and 'lumivex features --module camera' what the camera has"},
     {{"get", "Temperature", "--module", "camera"},
      ExitCode::NoFeature,
-     "the camera has no feature 'Temperature'; 'lumivex features --module camera' shows those it has, or try --module "
-     "device"},
+     "the camera has no feature 'Temperature'; 'lumivex features --module camera' shows those it has, and 'lumivex "
+     "features --module device' what the device module (the grabber) has"},
     {{"get", "Gone", "--module", "stream"},
      ExitCode::NoFeature,
      "the stream module has no feature 'Gone'; 'lumivex features --module stream' shows those it has"},
@@ -296,8 +298,8 @@ const Fault kFaults[] = {
     {{"features", "--module", "camera"},
      "description=missing",
      ExitCode::GenTL,
-     "the camera's description, the file '/no such/fake.xml', cannot be read: No such file or directory; the "
-     "Producer's setting DebugCameraURL may name it"},
+     "the camera's description, the file '/no such/fake.xml', cannot be read: No such file or directory; a "
+     "setting of the Producer, such as DebugCameraURL, may name it"},
     {{"features"}, "boards=0", ExitCode::NoDevice, "no camera found"},
     {{"features", "--module", "interface"}, "boards=0", ExitCode::NoDevice, "no board found"},
 };
@@ -410,7 +412,8 @@ TEST_F(LumivexGrabSetting, RefusalGrabsNothing) {
       {"Run=1", ExitCode::FeatureValue, "Run is a command: it takes no value"},
       {"Serial=1", ExitCode::FeatureAccess, "Serial can only be read"},
       {"Siez=1", ExitCode::NoFeature,
-       "the device module (the grabber) has no feature 'Siez'; did you mean Size? Or try --module camera"},
+       "the device module (the grabber) has no feature 'Siez'; did you mean Size? 'lumivex features --module camera' "
+       "shows what the camera has"},
   };
   for (const auto &row : rows) {
     const ProgramEnd end = Grab({"--set", row.setting});
@@ -423,6 +426,16 @@ TEST_F(LumivexGrabSetting, RefusalGrabsNothing) {
   EXPECT_EQ(std::count(calls.begin(), calls.end(), "DevOpenDataStream"), 0);
   EXPECT_EQ(std::count(calls.begin(), calls.end(), "DevClose"), 5);
   EXPECT_EQ(calls.back(), "GCCloseLib");
+}
+
+// What is wrong without any camera is told without one.
+TEST_F(LumivexGrabSetting, WithoutANameTouchesNoHardware) {
+  for (const std::string setting : {"", "=", "=5"}) {
+    const ProgramEnd end = Grab({"--set", "Size=16", "--set", setting});
+    EXPECT_EQ(end.exitCode, static_cast<int>(ExitCode::Usage)) << setting;
+    EXPECT_EQ(end.errors, "lumivex: --set: '" + setting + "' names no feature; see lumivex --help\n");
+  }
+  EXPECT_EQ(Calls(), Arguments{});
 }
 
 TEST(LumivexFeatures, FullDiskIsTold) {

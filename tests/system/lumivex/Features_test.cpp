@@ -146,7 +146,9 @@ TEST_P(LumivexSettingRefusal, SaysWhyInOneLine) {
 const Refusal kRefusals[] = {
     {{"get", "Widht"}, ExitCode::NoFeature, "did you mean Width"},
     {{"get", "Width", "--module", "system"}, ExitCode::NoFeature, "the system module has no feature 'Width'"},
-    {{"get", "AcquisitionFrameRate"}, ExitCode::NoFeature, "or try --module camera"},
+    {{"get", "AcquisitionFrameRate"},
+     ExitCode::NoFeature,
+     "and 'lumivex features --module camera' what the camera has"},
     {{"set", "Width", "99999"}, ExitCode::FeatureValue, "Width takes at most 1280 now, not 99999"},
     {{"set", "Width", "wide"}, ExitCode::FeatureValue, "Width takes a whole number, not 'wide'"},
     {{"set", "WidthMax", "1"}, ExitCode::FeatureAccess, "WidthMax can only be read"},

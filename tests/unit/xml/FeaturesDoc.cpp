@@ -175,7 +175,7 @@ class CFeatures {
     const Nodes outside = Outside(listed);
     if (!outside.empty()) {
       out << "\n### Not in the tree\n\n"
-             "No category of the tree leads to these: a GenApi gives them to who asks by name. Conditions and ranges\n"
+             "No category of the tree leads to these: a GenApi finds them by name only. Conditions and ranges\n"
              "above name some of them.\n\n";
       WriteFeatures(out, outside);
     }
