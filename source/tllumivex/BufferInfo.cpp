@@ -148,7 +148,7 @@ void CBufferInfo::GetInfo(BUFFER_INFO_CMD iInfoCmd, INFO_DATATYPE *piType, void 
     case BUFFER_INFO_CHUNKLAYOUTID:
       return SetReturnParam(pBuffer, piSize, piType, uint64_t{m_nChunkLayoutId});
     case BUFFER_INFO_FILENAME:
-      // Kept: the name of no file.
+      // Kept: the name of no file; an application that asks for one gets this.
       return SetReturnParam(pBuffer, piSize, piType, "ImageFileName.img");
     default:
       throw invalidparameter_error(FormatMessageText("Invalid DataStream BUFFER_INFO_CMD %d", iInfoCmd), LVX_HERE);

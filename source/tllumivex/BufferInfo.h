@@ -15,8 +15,8 @@ namespace GenICam::Client {
 /// Owned by CDataStream, from announcement to revocation.
 /// Threads: at any moment one party owns the record: the Consumer (announced, held), the library's callback (queued
 /// during a run), or the delivery list under its lock. Fields that change are atomic, since a Consumer may look at a
-/// buffer that it has not got back; no two of them have to agree then. Takes no lock.
-/// The port and event operations refuse: a buffer has neither.
+/// buffer that it has not got back; no two of them have to agree then, but for is-queued and in-delivery. Takes no
+/// lock. The port and event operations refuse: a buffer has neither.
 class CBufferInfo final : public ICommonBase {
  public:
   /// What a run stamps on a filled buffer.

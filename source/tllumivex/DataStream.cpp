@@ -175,12 +175,12 @@ CBufferInfo *CDataStream::BufferOf(BUFFER_HANDLE hBuffer) {
 
 void CDataStream::DSQueueBuffer(BUFFER_HANDLE hBuffer) {
   auto *pBufferInfo = BufferOf(hBuffer);
+  if (pBufferInfo->IsQueued()) {
+    return;
+  }
   if (pBufferInfo->Owner() != this) {
     // Its slot is one of another stream's run.
     throw invalidparameter_error("Invalid Buffer Handle.", LVX_HERE);
-  }
-  if (pBufferInfo->IsQueued()) {
-    return;
   }
   pBufferInfo->ResetToQueued();
   // A start that is not back yet counts: the slot of a frame that is returned by then would be lost to the run.
@@ -229,7 +229,7 @@ void CDataStream::FlushInputToOutput() {
 
 void CDataStream::FlushOutputDiscard() {
   const Lock lock(m_DeliverLock);
-  // Kept: the newest goes first.
+  // Kept: the newest goes first; the ring takes any order.
   while (!m_DeliverBufferList.empty()) {
     CBufferInfo *pBufferInfo = m_DeliverBufferList.back();
     m_DeliverBufferList.pop_back();
@@ -451,7 +451,7 @@ bool CDataStream::GetFilledBuffer(void *pBuffer, size_t *piSize, uint64_t iTimeo
   if (m_DeliverBufferList.empty()) {
     return false;
   }
-  // Kept: asserted twice, right behind the test.
+  // Kept: asserted twice, right behind the test that makes it so.
   LVX_ASSERT(m_DeliverBufferList.empty() == false);
   CBufferInfo *pBufferInfo = m_DeliverBufferList.front();
   LVX_ASSERT(pBufferInfo != 0);

@@ -388,7 +388,7 @@ void CDeviceImpl::ReadWidth(const Row &row, void *pBuffer, size_t *piSize) {
   uint32_t nLength = 0;
   Get(GRB_ROI_XLENGTH, &nLength, row.pName);
   const uint32_t nDecimation = GetNested(REG_DECIMATION_HORIZONTAL);
-  // Kept: cannot be, as no conversion gives 0; and its spelling.
+  // Kept: unreachable, since no conversion gives 0. The misspelling is part of the text.
   if (nDecimation == 0) {
     throw unknown_error("Null horiziontal decimation.", kGetFunction, __FILE__, __LINE__);
   }
@@ -404,7 +404,7 @@ void CDeviceImpl::ReadHeight(const Row &row, void *pBuffer, size_t *piSize) {
   uint32_t nLength = 0;
   Get(GRB_ROI_YLENGTH, &nLength, row.pName);
   const uint32_t nDecimation = GetNested(REG_DECIMATION_VERTICAL);
-  // Kept: cannot be either.
+  // Kept: unreachable as well.
   if (nDecimation == 0) {
     throw unknown_error("Null vertical decimation.", kGetFunction, __FILE__, __LINE__);
   }

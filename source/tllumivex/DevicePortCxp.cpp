@@ -51,7 +51,7 @@ bool IsLocalUrl(const std::string &strUrl) {
   return strHead == kPrefix;
 }
 
-/// A hexadecimal number, as far as the digits go; of more than sixteen the last ones count.
+/// A number of a URL; one of more than sixteen digits is cut to what an address can hold.
 uint64_t HexNumber(const std::string &strText) {
   uint64_t nNumber = 0;
   for (const char c : strText) {

@@ -13,8 +13,8 @@ class CGrbError {
  public:
   /// The calling thread's object.
   static CGrbError &Get();
-  /// The calling thread's text.
-  static std::string GetText() { return Get().m_strText; }
+  /// The calling thread's text; none behind the end of this library's own objects, while the process ends.
+  static std::string GetText();
 
   void SetText(const std::string &strText) { m_strText = strText; }
 

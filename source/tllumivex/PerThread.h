@@ -29,14 +29,13 @@ class CPerThread {
   CPerThread(const CPerThread &) = delete;
   CPerThread &operator=(const CPerThread &) = delete;
   ~CPerThread() {
-    const size_t nOwn = s_pState.load()->slot.Get() != nullptr ? 1 : 0;
     s_pState.load()->slot.Close();
     State *pState = s_pState.exchange(nullptr);
     // No further thread's end is told; those that are in here have to be out again.
     while (s_nInside != 0) {
       Lumivex::Platform::SleepMilliseconds(1);
     }
-    if (MayBeInUseAtTheEnd() && pState->CountObjects() > nOwn) {
+    if (MayBeInUseAtTheEnd()) {
       s_pState = pState;
       return;
     }
@@ -60,11 +59,6 @@ class CPerThread {
     boost::mutex lock;
     std::unordered_map<void *, std::unique_ptr<Object>> objects;
     Lumivex::Platform::CThreadSlot slot{&CPerThread::OnThreadEnd};
-
-    size_t CountObjects() {
-      const boost::lock_guard<boost::mutex> guard(lock);
-      return objects.size();
-    }
   };
 
   class CInside {

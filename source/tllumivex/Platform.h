@@ -136,6 +136,7 @@ uint32_t CurrentThreadId() noexcept;
 
 }  // namespace Lumivex::Platform
 
-/// Active in every build type: a condition that only a fault of this system or of the library can break.
+/// Active in every build type: a condition that, but for those marked as kept, only a fault of this system or of the
+/// library can break.
 #define LVX_ASSERT(condition) \
   (static_cast<bool>(condition) ? void() : ::Lumivex::Platform::AssertionFailed(#condition, __FILE__, __LINE__))

@@ -578,7 +578,8 @@ void CThreadSlot::Close() noexcept {
 
 namespace {
 
-/// Posted when the process ends. It outlives the library, so it has a page of its own; one for each load of it.
+/// Posted when the process ends. It outlives the library, so it has a page of its own, which stays: one for each load
+/// that was initialised.
 std::atomic<sem_t *> g_pProcessEnd{nullptr};
 
 }  // namespace
@@ -593,7 +594,8 @@ void WatchForProcessEnd() noexcept {
   }
   auto *pProcessEnd = static_cast<sem_t *>(pPage);
   // A function under a handle that no library has is called at the end of the process only (Itanium C++ ABI, 3.3.6),
-  // ahead of the destructors of all that was made before. It must not be one of ours: we may be gone by then.
+  // ahead of the destructors of all that was made before. It must not be one of ours: we may be gone by then. Its
+  // result is not looked at, so it may have one.
   const auto pPost = reinterpret_cast<void (*)(void *)>(reinterpret_cast<void (*)()>(&sem_post));
   if (sem_init(pProcessEnd, 0, 0) != 0 || abi::__cxa_atexit(pPost, pProcessEnd, pProcessEnd) != 0) {
     munmap(pPage, sizeof(sem_t));

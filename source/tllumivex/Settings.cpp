@@ -2,11 +2,32 @@
 #include "Settings.h"
 
 #include "RegKey.h"
+#include "TLIClient.h"
 
 namespace GenICam::Client::Settings {
 
-std::string DebugInfoOutputDir;
-std::string DebugCameraURL;
+namespace {
+
+/// A text that stays while there may be threads in the exports.
+union Text {
+  Text() : strText() {}
+  Text(const Text &) = delete;
+  Text &operator=(const Text &) = delete;
+  ~Text() {
+    if (!MayBeInUseAtTheEnd()) {
+      strText.~basic_string();
+    }
+  }
+  std::string strText;
+};
+
+Text g_DebugInfoOutputDir;
+Text g_DebugCameraURL;
+
+}  // namespace
+
+std::string &DebugInfoOutputDir = g_DebugInfoOutputDir.strText;
+std::string &DebugCameraURL = g_DebugCameraURL.strText;
 bool DebugOutputEnable = false;
 bool DebugAllowPopupsFromGrabline = false;
 bool EnableDebugCameraURL = false;

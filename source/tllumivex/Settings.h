@@ -10,9 +10,9 @@
 namespace GenICam::Client::Settings {
 
 /// `DebugInfoOutputDir`, older `DebugOutputXML`: folder for the dump of the camera's XML.
-extern std::string DebugInfoOutputDir;
+extern std::string &DebugInfoOutputDir;
 /// `DebugCameraURL`, with "file:///" in front of it.
-extern std::string DebugCameraURL;
+extern std::string &DebugCameraURL;
 /// `DebugOutputEnable`, older `DebugOutputDebugString`: the dump is on.
 extern bool DebugOutputEnable;
 /// `DebugAllowPopupsFromGrabline`. Kept: stored, and nothing looks at it.

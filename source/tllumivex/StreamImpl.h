@@ -78,7 +78,7 @@ class CStreamImpl {
   void OnFinalCallback();
   void ReportFailure(const char *pText) noexcept;
 
-  /// Gives back the stream held before: the caller lets go of it, with no lock held.
+  /// Gives back the stream held before: the caller lets go of it, outside this lock.
   std::shared_ptr<CDataStream> HoldParent(std::shared_ptr<CDataStream> pParentStream);
   void CollectQueuedBuffers(const CBufferList &BufferList);
   void ProgramLibrary(bool bBufferSetChanged);

@@ -103,6 +103,7 @@ GC_ERROR StackedCall(StackedAccess access, PORT_HANDLE hPort, PORT_REGISTER_STAC
       } else {
         port.WriteData(pEntries[i].Address, pEntries[i].pBuffer, &iSize);
       }
+      // A size that stays is not written: the entries may lie where nothing can be.
       if (iSize != pEntries[i].Size) {
         pEntries[i].Size = iSize;
       }

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include <boost/date_time/posix_time/posix_time_types.hpp>
+#include <boost/thread/detail/thread_interruption.hpp>
 
 #include "GenTL.h"
 
@@ -14,6 +15,8 @@ namespace GenICam::Client {
 /// Waits once on a condition, up to iTimeout milliseconds; GENTL_INFINITE waits for ever. False: time ran out.
 template <class Condition, class Lock>
 bool WaitOnce(Condition &condition, Lock &lock, uint64_t iTimeout) {
+  // An application that shares our Boost must not end a wait of ours by interrupting its thread.
+  const boost::this_thread::disable_interruption noInterruption;
   if (iTimeout == GENTL_INFINITE) {
     condition.wait(lock);
     return true;
@@ -33,21 +36,37 @@ struct Waiters {
   bool bEnding = false;
 };
 
-/// The same, counted.
+/// The same, and the thread counts as inside meanwhile.
 template <class Condition, class Lock>
 bool WaitOnce(Condition &condition, Lock &lock, uint64_t iTimeout, Waiters &waiters) {
-  ++waiters.nInside;
-  const bool bWoken = WaitOnce(condition, lock, iTimeout);
-  --waiters.nInside;
-  if (waiters.bEnding) {
-    condition.notify_all();
-  }
-  return bWoken;
+  class CInside {
+   public:
+    CInside(Condition &condition, Waiters &waiters) : m_Condition(condition), m_Waiters(waiters) {
+      ++m_Waiters.nInside;
+    }
+    CInside(const CInside &) = delete;
+    CInside &operator=(const CInside &) = delete;
+    ~CInside() {
+      --m_Waiters.nInside;
+      if (m_Waiters.bEnding) {
+        m_Condition.notify_all();
+      }
+    }
+
+   private:
+    Condition &m_Condition;
+    Waiters &m_Waiters;
+  };
+
+  const CInside inside(condition, waiters);
+  return WaitOnce(condition, lock, iTimeout);
 }
 
-/// Wakes all waiters and stays until they are out.
+/// Wakes all waiters and stays until they are out. The caller holds the lock, once only, and nothing else that a waiter
+/// needs to leave.
 template <class Condition, class Lock>
 void EndWaits(Condition &condition, Lock &lock, Waiters &waiters) {
+  const boost::this_thread::disable_interruption noInterruption;
   waiters.bEnding = true;
   condition.notify_all();
   while (waiters.nInside != 0) {

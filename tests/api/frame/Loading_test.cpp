@@ -283,6 +283,31 @@ TEST_F(ProcessDeathTest, ClosesBehindTheEndOfMain) {
       testing::ExitedWithCode(0), "-1006 0 0 -1002 ");
 }
 
+PORT_HANDLE g_hPortAtExit = nullptr;
+
+void ReadBehindTheEnd() {
+  uint32_t nValue = 0;
+  size_t iSize = sizeof(nValue);
+  const GC_ERROR result = Gc().GCReadPort(g_hPortAtExit, 0, &nValue, &iSize);
+  std::fprintf(stderr, "%d", result);
+  std::_Exit(result == GC_ERR_TIMEOUT ? 0 : 1);
+}
+
+// A failure of the library has its code there too, though there are no words of the library to add any more.
+TEST_F(ProcessDeathTest, TimesOutBehindTheEndOfMain) {
+  testing::FLAGS_gtest_death_test_style = "threadsafe";
+  EXPECT_EXIT(
+      {
+        CProducer::Instance().Unload();
+        std::atexit(ReadBehindTheEnd);
+        CProducer::Instance().Load();
+        Gc().DevGetPort(OpenAll().device, &g_hPortAtExit);
+        Script().On(Match(Op::ControlRead), Reply::Status(GRB_WARNING_TIMEOUT));
+        std::exit(2);
+      },
+      testing::ExitedWithCode(0), "-1011");
+}
+
 // A daemon thread that goes on calling while the process ends: what it uses must not go before it does.
 TEST_F(ProcessDeathTest, EndsCleanlyWhileAThreadCalls) {
   const CScopedVariable options("ASAN_OPTIONS", std::string("detect_leaks=0"));

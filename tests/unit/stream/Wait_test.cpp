@@ -12,6 +12,7 @@
 #include <boost/thread/locks.hpp>
 #include <boost/thread/mutex.hpp>
 #include <boost/thread/recursive_mutex.hpp>
+#include <boost/thread/thread_only.hpp>
 #include <gtest/gtest.h>
 
 namespace GenICam::Client {
@@ -155,6 +156,32 @@ TYPED_TEST(Wait, EndComesBehindTheLastWaiter) {
       thread.join();
     }
   }
+}
+
+// An application may share our Boost, and interrupt a thread of its own that is in here. A wait that ended by an
+// exception would leave the count up, and the end would wait for ever.
+TYPED_TEST(Wait, InterruptedThreadWaitsOn) {
+  TypeParam pair;
+  bool thrown = false;
+  bool woken = false;
+  boost::thread waiter([&] {
+    try {
+      typename TypeParam::Lock lock(pair.mutex);
+      woken = WaitOnce(pair.condition, lock, GENTL_INFINITE, pair.waiters);
+    } catch (const boost::thread_interrupted &) {
+      thrown = true;
+    }
+  });
+  EXPECT_TRUE(pair.SeesInside(1));
+  waiter.interrupt();
+  {
+    typename TypeParam::Lock lock(pair.mutex);
+    EndWaits(pair.condition, lock, pair.waiters);
+  }
+  waiter.join();
+  EXPECT_TRUE(woken);
+  EXPECT_FALSE(thrown);
+  EXPECT_EQ(0U, pair.waiters.nInside);
 }
 
 TYPED_TEST(Wait, TwoEndsAtOnceBothReturn) {
