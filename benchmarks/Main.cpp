@@ -109,11 +109,11 @@ size_t CountRequests(const Action &action) {
   for (int i = 0; i < kWarmUp; ++i) {
     action();
   }
-  const size_t before = HeapRequests();
+  const size_t before = TestSupport::HeapRequestsOfThisThread();
   for (int i = 0; i < kRounds; ++i) {
     action();
   }
-  return HeapRequests() - before;
+  return TestSupport::HeapRequestsOfThisThread() - before;
 }
 
 bool PrintHeapRequests() {

@@ -4,7 +4,7 @@
 #include <memory>
 #include <thread>
 
-#include "HeapCount.h"
+#include "FailingRequest.h"
 #include "StreamFixture.h"
 
 namespace StreamTests {

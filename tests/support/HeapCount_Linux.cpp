@@ -3,7 +3,6 @@
 // sanitizer they are the sanitizer's, which calls a hook.
 #include <cerrno>
 #include <cstdlib>
-#include <new>
 
 #include "HeapCount.h"
 
@@ -19,37 +18,8 @@
 namespace {
 
 thread_local size_t t_nRequests = 0;
-thread_local unsigned t_nFail = 0;
-
-void *Request(std::size_t size) {
-  if (t_nFail != 0) {
-    --t_nFail;
-    throw std::bad_alloc();
-  }
-  void *const memory = std::malloc(size == 0 ? 1 : size);
-  if (memory == nullptr) {
-    throw std::bad_alloc();
-  }
-  return memory;
-}
 
 }  // namespace
-
-// The program's operators are those of all its libraries, as its malloc is.
-void *operator new(std::size_t size) { return Request(size); }
-void *operator new[](std::size_t size) { return Request(size); }
-void operator delete(void *memory) noexcept { std::free(memory); }
-void operator delete[](void *memory) noexcept { std::free(memory); }
-void operator delete(void *memory, std::size_t) noexcept { std::free(memory); }
-void operator delete[](void *memory, std::size_t) noexcept { std::free(memory); }
-
-namespace StreamTests {
-
-CFailingRequest::CFailingRequest(unsigned requests) { t_nFail = requests; }
-CFailingRequest::~CFailingRequest() { t_nFail = 0; }
-bool CFailingRequest::Happened() const { return t_nFail == 0; }
-
-}  // namespace StreamTests
 
 #if defined(LUMIVEX_SANITIZED)
 
@@ -63,14 +33,14 @@ void IgnoreRelease(const volatile void *) {}
 
 }  // namespace
 
-namespace StreamTests {
+namespace TestSupport {
 
 size_t HeapRequestsOfThisThread() {
   static const int installed = __sanitizer_install_malloc_and_free_hooks(CountRequest, IgnoreRelease);
   return installed == 0 ? 0 : t_nRequests;
 }
 
-}  // namespace StreamTests
+}  // namespace TestSupport
 
 #else
 
@@ -114,10 +84,10 @@ int posix_memalign(void **out, size_t alignment, size_t size) noexcept {
 }
 }
 
-namespace StreamTests {
+namespace TestSupport {
 
 size_t HeapRequestsOfThisThread() { return t_nRequests; }
 
-}  // namespace StreamTests
+}  // namespace TestSupport
 
 #endif

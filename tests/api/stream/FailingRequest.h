@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstddef>
-
 namespace StreamTests {
 
-/// Counts the heap requests that the calling thread makes in any code of the process, the loaded Producer included.
-size_t HeapRequestsOfThisThread();
-
-/// While one lives, the next requests of an object or array that its thread makes fail, so many: std::bad_alloc.
+/// While one lives, the next requests of an object or array that its thread makes fail, so many: std::bad_alloc. The
+/// program's operators are those of all its libraries, the loaded Producer included.
 class CFailingRequest {
  public:
   explicit CFailingRequest(unsigned requests = 1);
