@@ -65,10 +65,15 @@ CNodeMap CFeatureOptions::Open(PortUse use) const {
     std::cerr << "lumivex: " << failure.what() << '\n';
   }
   auto pPort = std::make_unique<const CModulePort>(catalog, m_Module, wish, use);
-  if (wish.empty() && !pPort->CameraName().empty() && catalog.Cameras().size() > 1 && IsTerminal(stderr)) {
-    std::cerr << "lumivex: camera " << OneLine(pPort->CameraName()) << '\n';
+  if (IsTerminal(stderr)) {
+    std::cerr << ChosenCameraLine(wish, pPort->CameraName(), catalog.Cameras().size());
   }
   return CNodeMap(std::move(pPort));
+}
+
+std::string ChosenCameraLine(const std::string &wish, const std::string &cameraName, std::size_t cameraCount) {
+  const bool told = wish.empty() && !cameraName.empty() && cameraCount > 1;
+  return told ? "lumivex: camera " + OneLine(cameraName) + "\n" : "";
 }
 
 }  // namespace Lumivex::Consumer

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "Command.h"
@@ -30,5 +31,8 @@ class CFeatureOptions {
   std::string m_DeviceArgument;  ///< The same, where it may stand without "--device".
   Module m_Module = Module::Device;
 };
+
+/// The line that tells which of several cameras was chosen; empty where one was wished, or there was no choice.
+std::string ChosenCameraLine(const std::string &wish, const std::string &cameraName, std::size_t cameraCount);
 
 }  // namespace Lumivex::Consumer

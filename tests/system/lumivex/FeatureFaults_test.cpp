@@ -12,11 +12,13 @@
 #include <gtest/gtest.h>
 
 #include "ExitCodes.h"
+#include "FeatureOptions.h"
 #include "RunProgram.h"
 #include "TemporaryFolder.h"
 
 namespace {
 
+using Lumivex::Consumer::ChosenCameraLine;
 using Lumivex::Consumer::ExitCode;
 using Arguments = std::vector<std::string>;
 
@@ -343,25 +345,13 @@ TEST(LumivexFeatures, ReaderWhoHasGoneIsNoComplaint) {
   }
 }
 
-/// The fake Producer, with the errors on a terminal.
-ProgramEnd RunAtTerminal(const Arguments &arguments, const std::string &words = "") {
-  ProgramStart start;
-  start.arguments = arguments;
-  start.environment = {{"GENICAM_GENTL64_PATH", std::filesystem::path(FAKE_PRODUCER).parent_path().string()},
-                       {"FAKE_PRODUCER", words}};
-  start.errorTerminal = true;
-  return RunLumivex(start);
-}
-
-// Only who sits there, and only where there was a choice; a program that reads the output gets nothing more.
-TEST(LumivexFeatures, ChosenCameraIsToldAtTheTerminal) {
-  const ProgramEnd end = RunAtTerminal({"get", "Size"});
-  EXPECT_EQ(end.exitCode, 0);
-  EXPECT_EQ(end.output, "32\n");
-  EXPECT_EQ(end.errors, "lumivex: camera 'Board-#1/Channel #1'\r\n");
-  EXPECT_EQ(RunAtTerminal({"get", "Size", "--device", "2"}).errors, "");
-  EXPECT_EQ(RunAtTerminal({"get", "Size", "--module", "system"}).errors, "");
-  EXPECT_EQ(RunAtTerminal({"get", "Size"}, "cameras=1").errors, "");
+// Who sits at the terminal is told, and only where there was a choice. A program that reads the output gets nothing
+// more: elsewhere in these tests the errors are expected to be empty.
+TEST(LumivexFeatures, ChosenCameraIsTold) {
+  EXPECT_EQ(ChosenCameraLine("", "'Board-#1/Channel #1'", 2), "lumivex: camera 'Board-#1/Channel #1'\n");
+  EXPECT_EQ(ChosenCameraLine("2", "'Board-#1/Channel #2'", 2), "");
+  EXPECT_EQ(ChosenCameraLine("", "'Board-#1/Channel #1'", 1), "");
+  EXPECT_EQ(ChosenCameraLine("", "", 2), "");
 }
 
 /// `lumivex grab` with features that are to be set before.

@@ -18,22 +18,6 @@
 
 namespace {
 
-/// The side of a new terminal that a person would sit at.
-int OpenTerminal() {
-  const int terminal = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-  if (terminal < 0 || grantpt(terminal) != 0 || unlockpt(terminal) != 0) {
-    throw std::runtime_error("no terminal");
-  }
-  return terminal;
-}
-
-void ReadAll(int file, std::string &text) {
-  std::array<char, 4096> piece{};
-  for (ssize_t got = 0; (got = read(file, piece.data(), piece.size())) > 0;) {
-    text.append(piece.data(), static_cast<size_t>(got));
-  }
-}
-
 /// Waits until no signal is on its way to a process, or it has ended: the next one is a second one then.
 void WaitUntilTaken(pid_t process) {
   const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
@@ -51,7 +35,7 @@ void WaitUntilTaken(pid_t process) {
 }
 
 [[noreturn]] void BecomeLumivex(const ProgramStart &start, int output, const std::string &errorFile) {
-  const int errors = open(errorFile.c_str(), O_WRONLY | O_CREAT | O_NOCTTY | O_CLOEXEC, 0600);
+  const int errors = open(errorFile.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
   dup2(start.outputFile.empty() ? output : open(start.outputFile.c_str(), O_WRONLY), STDOUT_FILENO);
   dup2(errors, STDERR_FILENO);
   if (!start.folder.empty()) {
@@ -90,8 +74,7 @@ void WaitUntilTaken(pid_t process) {
 
 ProgramEnd RunLumivex(const ProgramStart &start) {
   const CTemporaryFolder folder;
-  const int terminal = start.errorTerminal ? OpenTerminal() : -1;
-  const std::string errorFile = start.errorTerminal ? ptsname(terminal) : folder.File("errors");
+  const std::string errorFile = folder.File("errors");
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) {
     throw std::runtime_error("no pipe");
@@ -123,11 +106,6 @@ ProgramEnd RunLumivex(const ProgramStart &start) {
   int status = 0;
   waitpid(child, &status, 0);
   end.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-  if (start.errorTerminal) {
-    ReadAll(terminal, end.errors);
-    close(terminal);
-    return end;
-  }
   std::ostringstream errors;
   errors << std::ifstream(errorFile).rdbuf();
   end.errors = errors.str();

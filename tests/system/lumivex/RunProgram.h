@@ -14,7 +14,6 @@ struct ProgramStart {
   std::filesystem::path folder;                    ///< Where it runs; empty: where the test does.
   std::string outputFile;                          ///< Takes its output; empty: ProgramEnd::output does.
   bool readerGone = false;                         ///< Its output goes to a pipe that nobody reads.
-  bool errorTerminal = false;                      ///< Its errors go to a terminal.
   std::vector<int> closedFiles;                    ///< Standard streams that it does not get.
   int ignoredSignal = 0;                           ///< It starts with this one ignored; 0: none.
   uint64_t largestFile = 0;                        ///< Bytes that it may write to a file; 0: any number.
