@@ -20,7 +20,7 @@ namespace GenICam::Client {
 ///
 /// A process-wide object. Not a thread-specific pointer of Boost: that one is cleaned up by code of ours, which may be
 /// gone when a thread ends, and is found by its address, which a reloaded library has again. A process that ends while
-/// the library is initialised leaves the objects of its other threads: they may still be in use.
+/// the library is initialised leaves all objects: its other threads may still use theirs.
 /// Threads: any. Locks: one around the set of all objects, taken at the first use on a thread and at its end.
 template <class Object>
 class CPerThread {
