@@ -422,13 +422,19 @@ void CDataStream::AppendToDeliverList(CBufferInfo *pBufferInfo) {
 bool CDataStream::DeliverBuffer(CBufferInfo *pBufferInfo) {
   try {
     LVX_ASSERT(pBufferInfo != 0);
+    bool bAwaited = false;
     {
       const Lock lock(m_DeliverLock);
       ++m_iNumDelivered;
       pBufferInfo->SetFrameId(m_iNumDelivered);
       AppendToDeliverList(pBufferInfo);
+      bAwaited = m_Waiters.IsAnyInside();
     }
-    m_DeliverCondition.notify_all();
+    // For those only who waited when it came: anybody else finds it on the list, and would be sent home from the next
+    // wait, with nothing.
+    if (bAwaited) {
+      m_DeliverCondition.notify_all();
+    }
     return true;
   } catch (const std::exception &error) {
     PostErrorEvent(ERROR_EVENT_GENERAL, error.what());

@@ -130,6 +130,7 @@ class CEventQueue : public IEventObj {
     if (!m_bEnabled) {
       return;
     }
+    bool bAwaited = false;
     {
       const Lock lock(m_QueueLock);
       if (m_iNumQueued >= m_iMaxQueued) {
@@ -145,8 +146,13 @@ class CEventQueue : public IEventObj {
       }
       ++m_iNumQueued;
       ++m_iNumFired;
+      bAwaited = m_Waiters.IsAnyInside();
     }
-    m_QueueCondition.notify_all();
+    // For those only who waited when it came: anybody else finds it in the queue, and would be sent home from the next
+    // wait, with a failure.
+    if (bAwaited) {
+      m_QueueCondition.notify_all();
+    }
   }
 
  private:

@@ -34,6 +34,8 @@ bool WaitOnce(Condition &condition, Lock &lock, uint64_t iTimeout) {
 struct Waiters {
   size_t nInside = 0;
   bool bEnding = false;
+
+  bool IsAnyInside() const { return nInside != 0; }
 };
 
 /// The same, and the thread counts as inside meanwhile.
