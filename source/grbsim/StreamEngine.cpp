@@ -14,6 +14,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr uint32_t kMostTriggers = 65535;
+// For a callback that waits for whoever asked for it.
+constexpr std::chrono::seconds kLongestCallback{10};
 
 }  // namespace
 
@@ -91,6 +93,7 @@ void CStreamEngine::Start(StreamSetup setup) {
   } catch (...) {
     std::lock_guard<std::mutex> lock(m_Lock);
     EndRun();
+    m_iAnswered = m_iAsked;
     throw;
   }
 }
@@ -113,10 +116,15 @@ void CStreamEngine::Release() {
 }
 
 void CStreamEngine::RaiseEvent() {
-  std::lock_guard<std::mutex> lock(m_Lock);
-  if (m_bRun) {
-    ++m_iEvents;
-    m_Changed.notify_all();
+  std::unique_lock<std::mutex> lock(m_Lock);
+  if (!m_bRun) {
+    return;
+  }
+  ++m_iEvents;
+  const uint64_t mine = ++m_iAsked;
+  m_Changed.notify_all();
+  if (m_ThreadId != std::this_thread::get_id()) {
+    m_Changed.wait_for(lock, kLongestCallback, [this, mine] { return m_iAnswered >= mine; });
   }
 }
 
@@ -161,6 +169,8 @@ void CStreamEngine::Run(const StreamSetup &setup, const CTestPattern &pattern) {
     if (m_iEvents > 0) {
       --m_iEvents;
       callBack(lock, 0);
+      ++m_iAnswered;
+      m_Changed.notify_all();
       continue;
     }
     if (!m_bFrames) {
@@ -219,6 +229,8 @@ void CStreamEngine::Run(const StreamSetup &setup, const CTestPattern &pattern) {
   }
   // The identity may be given to another thread once this one is joined.
   m_ThreadId = std::thread::id();
+  m_iAnswered = m_iAsked;
+  m_Changed.notify_all();
 }
 
 }  // namespace grbsim

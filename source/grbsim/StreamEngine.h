@@ -59,7 +59,8 @@ class CStreamEngine {
   void Abort();
   /// Frees the oldest filled destination; nothing if none is filled.
   void Release();
-  /// One more callback with the event word 0, if a run has not been aborted.
+  /// One more callback with the event word 0, if a run has not been aborted. Returns behind it, unless called from
+  /// within a callback: whoever then waits for it, and gives up soon, does not depend on how busy the machine is.
   void RaiseEvent();
 
   /// A software trigger; waits for the camera if that is busy.
@@ -88,6 +89,8 @@ class CStreamEngine {
   bool m_bRun = false;         // the thread is to go on
   bool m_bFrames = false;      // frames are wanted
   uint32_t m_iEvents = 0;      // callbacks to be raised
+  uint64_t m_iAsked = 0;       // callbacks ever asked for
+  uint64_t m_iAnswered = 0;    // of these: have returned, or will not come any more
   uint32_t m_iGeneration = 0;  // counts what Wake reports
   uint32_t m_iTriggers = 0;    // software triggers not yet served
   uint64_t m_iPulses = 0;      // pulses of timer A1 not yet served

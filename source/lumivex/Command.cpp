@@ -16,6 +16,10 @@ void RequireOutput() {
   if (IsReaderGone(stdout)) {
     throw CCommandError(ExitCode::ReaderGone, "the reader of the output has gone");
   }
+  if (Interrupted()) {
+    // The signal ended the wait for a reader who takes his time.
+    throw CCommandError(ExitCode::Interrupted, "interrupted while the output was written");
+  }
   throw CCommandError(ExitCode::Output, "cannot write to the standard output");
 }
 

@@ -24,7 +24,8 @@ class ICommand {
   virtual ExitCode Run() = 0;
 };
 
-/// Throws CCommandError when what was printed so far could not be written: Output, or ReaderGone where that is why.
+/// Throws CCommandError when what was printed so far could not be written: Output, or ReaderGone or Interrupted where
+/// that is why.
 void RequireOutput();
 
 /// Prints a value and the end of its line, unless it has one. Throws as RequireOutput.

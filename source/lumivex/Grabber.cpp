@@ -129,6 +129,9 @@ void CGrabber::TakeFrames(Session &session, uint64_t frames, const Sink &sink) {
       m_Deadline = steady_clock::now() + m_Limit;
     } else {
       ++m_Incomplete;
+      if (steady_clock::now() >= m_Deadline) {
+        FailForTime(acquisition);
+      }
     }
     if (m_Done < m_Count) {
       session.pool.Queue(hBuffer);
@@ -138,25 +141,33 @@ void CGrabber::TakeFrames(Session &session, uint64_t frames, const Sink &sink) {
 }
 
 GenTL::BUFFER_HANDLE CGrabber::WaitForBuffer(const CEvent &newBuffer, const CAcquisition &acquisition) const {
-  const std::string position = "after " + std::to_string(m_Done) + " of " + Counted(m_Count, "frame");
   for (;;) {
     if (Interrupted()) {
-      throw CCommandError(ExitCode::Interrupted, "interrupted " + position);
+      throw CCommandError(ExitCode::Interrupted, "interrupted " + Position());
     }
     const auto left = std::chrono::ceil<milliseconds>(m_Deadline - steady_clock::now());
-    if (left <= milliseconds(0)) {
-      throw CCommandError(ExitCode::Timeout,
-                          std::string(m_Incomplete > 0 ? "no whole frame" : "no frame") + " came within " +
-                              Seconds(m_Limit) + " (" + position + "); " +
-                              (acquisition.CameraStarted() ? "does the camera wait for a trigger?"
-                                                           : "is the camera running, or does it wait for a trigger?"));
-    }
     GenTL::EVENT_NEW_BUFFER_DATA record = {};
     std::size_t size = sizeof(record);
-    if (newBuffer.Wait(&record, size, std::min(left, kSlice))) {
+    // A frame that lies there has come in time, however late it is looked for.
+    if (newBuffer.Wait(&record, size, std::clamp(left, milliseconds(0), kSlice))) {
       return record.BufferHandle;
     }
+    if (left <= milliseconds(0)) {
+      FailForTime(acquisition);
+    }
   }
+}
+
+void CGrabber::FailForTime(const CAcquisition &acquisition) const {
+  throw CCommandError(ExitCode::Timeout,
+                      std::string(m_Incomplete > 0 ? "no whole frame" : "no frame") + " came within " +
+                          Seconds(m_Limit) + " (" + Position() + "); " +
+                          (acquisition.CameraStarted() ? "does the camera wait for a trigger?"
+                                                       : "is the camera running, or does it wait for a trigger?"));
+}
+
+std::string CGrabber::Position() const {
+  return "after " + std::to_string(m_Done) + " of " + Counted(m_Count, "frame");
 }
 
 void CGrabber::Summarise(const Session &session) {

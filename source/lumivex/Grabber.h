@@ -48,6 +48,8 @@ class CGrabber {
 
   void TakeFrames(Session &session, uint64_t frames, const Sink &sink);
   GenTL::BUFFER_HANDLE WaitForBuffer(const CEvent &newBuffer, const CAcquisition &acquisition) const;
+  [[noreturn]] void FailForTime(const CAcquisition &acquisition) const;
+  std::string Position() const;
   void Summarise(const Session &session);
 
   const std::shared_ptr<const CDevice> m_pDevice;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <atomic>
 #include <csignal>
 #include <cstdlib>
 #include <dlfcn.h>
@@ -12,9 +13,11 @@
 namespace Lumivex::Consumer {
 namespace {
 
-volatile std::sig_atomic_t g_interrupted = 0;
+// Set by the handler, on whichever thread the system runs it.
+std::atomic<bool> g_interrupted{false};
+static_assert(std::atomic<bool>::is_always_lock_free, "a handler must not wait");
 
-extern "C" void OnInterrupt(int) { g_interrupted = 1; }
+extern "C" void OnInterrupt(int) { g_interrupted = true; }
 
 }  // namespace
 
@@ -78,6 +81,6 @@ void CatchInterrupts() noexcept {
   std::signal(SIGXFSZ, SIG_IGN);
 }
 
-bool Interrupted() noexcept { return g_interrupted != 0; }
+bool Interrupted() noexcept { return g_interrupted; }
 
 }  // namespace Lumivex::Consumer

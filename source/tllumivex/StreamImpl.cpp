@@ -390,7 +390,8 @@ void CStreamImpl::Freeze(bool) {
   {
     boost::unique_lock<boost::mutex> lock(m_StopMutex);
     while (!m_bFinalCallback) {
-      if (!WaitOnce(m_StopCondition, lock, kFinalCallbackTimeout)) {
+      // A thread that was held up itself finds the callback though its time has run out.
+      if (!WaitOnce(m_StopCondition, lock, kFinalCallbackTimeout) && !m_bFinalCallback) {
         fail("Timeout while waiting for final callback.");
         break;
       }

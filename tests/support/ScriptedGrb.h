@@ -285,7 +285,8 @@ struct Stream {
 
 /// How the library answers a write of GRB_EVENT_MASK_NOW on a started stream.
 enum class FinalCallback {
-  OwnThread,  ///< one callback with the word below on the library's own thread; the default, with the word 0
+  OwnThread,  ///< one callback with the word below on the library's own thread, waited for unless called on that
+              ///< thread; the default, with the word 0
   Inside,     ///< one callback on the calling thread, inside GRB_ParameterSet
   None        ///< no callback: a stop ends with its timeout report
 };
@@ -320,7 +321,7 @@ class SCRIPTED_GRB_API CScriptedGrb {
   /// Waits until the predicate holds; looked at again after each recorded call and each callback. False: the bound ran
   /// out. The predicate runs without a lock.
   bool WaitFor(const std::function<bool()> &predicate,
-               std::chrono::milliseconds bound = std::chrono::milliseconds(5000)) const;
+               std::chrono::milliseconds bound = std::chrono::milliseconds(30000)) const;
 
   // Rules ----------------------------------------------------------------------------------------------------------
   /// Adds a rule. The rule made last is asked first; a rule that is not due lets the call through to the older ones.
@@ -379,7 +380,7 @@ class SCRIPTED_GRB_API CScriptedGrb {
   /// Runs anything on the library's own thread of the stream, in its turn among the callbacks.
   std::future<void> Post(std::function<void()> action, GRB_HANDLE handle = 0);
   /// Waits until the own thread of the stream has nothing left to do. False: the bound ran out.
-  bool WaitIdle(GRB_HANDLE handle = 0, std::chrono::milliseconds bound = std::chrono::milliseconds(5000));
+  bool WaitIdle(GRB_HANDLE handle = 0, std::chrono::milliseconds bound = std::chrono::milliseconds(30000));
   /// Fills the destination with one byte value, GRB_DST_LINE_BYTES * GRB_DST_LINES of them, or size when it is not 0.
   bool FillSlot(size_t slot, uint8_t value, size_t size = 0, GRB_HANDLE handle = 0);
   /// Copies bytes into the destination, from its begin.

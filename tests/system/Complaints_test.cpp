@@ -143,11 +143,11 @@ TEST_F(Complaints, StopsAndStartsAfterAStartThatTheCameraFailed) {
 
 TEST_F(Complaints, StopsAtOnceBehindAStart) {
   constexpr uint32_t kFrameRate = 0x6020;
-  constexpr uint32_t kTenPerSecond = 0x41200000;
+  constexpr uint32_t kOneInTenSeconds = 0x3DCCCCCD;
   constexpr size_t kBuffers = 20;
   DEV_HANDLE const device = OpenDevice(1, 64, 8);
   // The first frame comes at once and races with the stop; those behind it must not use up the buffers.
-  ASSERT_OK(WriteU32Be(RemotePort(device), kFrameRate, kTenPerSecond));
+  ASSERT_OK(WriteU32Be(RemotePort(device), kFrameRate, kOneInTenSeconds));
   CStream stream(device, 1);
   const PictureShape shape = stream.Shape();
   stream.Announce(kBuffers);

@@ -39,11 +39,9 @@ class Lifecycle : public SimulationTest {
 // A run that leaves a thread, a handle or a callback behind does not get far.
 TEST_F(Lifecycle, ThousandStartsAndStops) {
   constexpr int kCycles = 1000;
-  constexpr std::chrono::seconds kLongest{60};
   CStream stream(OpenDevice(1, 32, 4), 1);
   const PictureShape shape = stream.Shape();
   stream.Announce(3);
-  const auto begin = std::chrono::steady_clock::now();
   for (int cycle = 0; cycle < kCycles; ++cycle) {
     stream.Start();
     if (cycle % 10 == 0) {
@@ -55,7 +53,6 @@ TEST_F(Lifecycle, ThousandStartsAndStops) {
     ASSERT_OK(Gc().DSStopAcquisition(stream.Handle(), ACQ_STOP_FLAGS_DEFAULT));
     ASSERT_OK(Gc().DSFlushQueue(stream.Handle(), ACQ_QUEUE_ALL_TO_INPUT));
   }
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, kLongest);
   stream.Start();
   BUFFER_HANDLE const buffer = stream.Next();
   ASSERT_NE(buffer, nullptr);

@@ -658,12 +658,14 @@ TEST_F(StreamTest, LookingOnDuringARunHarmsNothing) {
     }
   });
   uint64_t frames = 0;
-  EXPECT_TRUE(WaitUntil([&] {
-    Script().PostCallback(kReady | kOverflow).wait();
-    Queue(Take(event));
-    ++frames;
-    return frames >= 50 && looks >= 20;
-  }));
+  EXPECT_TRUE(WaitUntil(
+      [&] {
+        Script().PostCallback(kReady | kOverflow).wait();
+        Queue(Take(event));
+        ++frames;
+        return frames >= 50 && looks >= 20;
+      },
+      std::chrono::seconds(60)));
   Stop();
   over = true;
   looker.join();

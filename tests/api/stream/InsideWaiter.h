@@ -12,6 +12,9 @@
 
 namespace StreamTests {
 
+/// A time-out in milliseconds that Result() below does not wait for.
+constexpr uint64_t kBeyondResult = 30000;
+
 /// A thread inside EventGetData, for certain once Begins() has said so.
 class CInsideWaiter {
  public:

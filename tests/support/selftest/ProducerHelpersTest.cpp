@@ -94,6 +94,7 @@ TEST(ScopedVariable, PutsTheOldStateBack) {
 }
 
 TEST(SettingsFile, WritesTheLinesAndNamesTheFile) {
+  const CScopedVariable unset(kSettingsVariable, std::nullopt);
   std::string path;
   {
     CSettingsFile settings;

@@ -140,7 +140,8 @@ TEST_F(LumivexWithFake, GrabGivesAllBackInTurn) {
 class LumivexInterrupted : public LumivexWithFake, public testing::WithParamInterface<int> {};
 
 TEST_P(LumivexInterrupted, EndsInOrder) {
-  const ProgramEnd end = RunWithFake({"grab", "-n", "1000000", "-o", "f%d.png"}, "", GetParam());
+  // It waits for more frames when the signal comes: its output never does.
+  const ProgramEnd end = RunWithFake({"grab", "-n", "1000000", "-t", "60", "-o", "f%d.png"}, "frames=200", GetParam());
   ExpectOneComplaint(end, ExitCode::Interrupted, "interrupted after ");
   for (const std::string &name : m_Folder.Names()) {
     EXPECT_EQ(ReadPng(m_Folder.File(name)).bitDepth, 8U) << name;
@@ -159,11 +160,23 @@ INSTANTIATE_TEST_SUITE_P(Signals, LumivexInterrupted, testing::Values(SIGINT, SI
 // The system and the shell both tell that the terminal has gone.
 TEST_F(LumivexWithFake, HangUpToldTwiceEndsInOrder) {
   ProgramStart start;
-  start.arguments = {"grab", "--cti", FAKE_PRODUCER, "-n", "1000000", "-o", m_Folder.File("f%d.png")};
-  start.environment = {{"FAKE_PRODUCER_LOG", m_LogFolder.File("log")}};
+  start.arguments = {"grab", "--cti", FAKE_PRODUCER, "-n", "1000000", "-t", "60", "-o", m_Folder.File("f%d.png")};
+  start.environment = {{"FAKE_PRODUCER", "frames=200"}, {"FAKE_PRODUCER_LOG", m_LogFolder.File("log")}};
   start.signalAfterOutput = SIGHUP;
   start.signalCount = 2;
   ExpectOneComplaint(RunLumivex(start), ExitCode::Interrupted, "interrupted after ");
+  EXPECT_EQ(Calls().back(), "GCCloseLib");
+}
+
+// As in 'lumivex grab | less': the signal ends the wait of the output.
+TEST_P(LumivexInterrupted, EndsInOrderWhileItsOutputWaits) {
+  ProgramStart start;
+  start.arguments = {"grab", "--cti", FAKE_PRODUCER, "-n", "1000000", "-o", "f%d.png"};
+  start.folder = m_Folder.Path();
+  start.environment = {{"FAKE_PRODUCER_LOG", m_LogFolder.File("log")}};
+  start.signalAfterOutput = GetParam();
+  start.signalWhenFull = true;
+  ExpectOneComplaint(RunLumivex(start), ExitCode::Interrupted, "interrupted ");
   EXPECT_EQ(Calls().back(), "GCCloseLib");
 }
 

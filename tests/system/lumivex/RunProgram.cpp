@@ -10,6 +10,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <stdlib.h>
+#include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -30,6 +31,25 @@ void WaitUntilTaken(pid_t process) {
         return;
       }
       pending = pending || (line.find("ShdPnd:") == 0 && line.find_first_not_of("0 \t", 7) != std::string::npos);
+    }
+  }
+}
+
+constexpr int kSmallestPipe = 4096;  // bytes
+
+/// Waits until a process waits to write short lines to a pipe that is full, or has ended.
+void WaitUntilFull(pid_t process, int pipe) {
+  constexpr int kLongestLine = 32;
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+  while (std::chrono::steady_clock::now() < end) {
+    int waiting = 0;
+    ioctl(pipe, FIONREAD, &waiting);
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    std::string stat;
+    std::getline(file, stat);
+    const char state = stat.empty() ? 'Z' : stat.at(stat.rfind(')') + 2);
+    if (state == 'Z' || (state == 'S' && waiting > kSmallestPipe - kLongestLine)) {
+      return;
     }
   }
 }
@@ -82,11 +102,17 @@ ProgramEnd RunLumivex(const ProgramStart &start) {
   if (start.readerGone) {
     close(ends[0]);
   }
+  if (start.signalWhenFull && fcntl(ends[1], F_SETPIPE_SZ, kSmallestPipe) < 0) {
+    throw std::runtime_error("no small pipe");
+  }
   const pid_t child = fork();
   if (child == 0) {
     BecomeLumivex(start, ends[1], errorFile);
   }
   close(ends[1]);
+  if (start.signalWhenFull) {
+    WaitUntilFull(child, ends[0]);
+  }
   ProgramEnd end;
   bool signalled = start.signalAfterOutput == 0;
   std::array<char, 4096> piece{};

@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <random>
+#include <string>
 #include <thread>
 
 #include "GrabberFixture.h"
@@ -25,7 +27,7 @@ class GrbStreamHandle : public GrabberTest {
   void SetUp() override {
     GrabberTest::SetUp();
     const auto *const info = testing::UnitTest::GetInstance()->current_test_info();
-    m_strFile = testing::TempDir() + "lumivex-" + info->name() + ".gcf";
+    m_strFile = testing::TempDir() + "lumivex-" + info->name() + std::to_string(std::random_device{}()) + ".gcf";
     std::ofstream(m_strFile) << "[gcf]\n";
   }
   void TearDown() override {

@@ -74,7 +74,12 @@ TEST_F(Stream, FilledSlotsStayUntouchedUntilReleasedAndTheOldestIsFreedFirst) {
   CRun run(m_Grabber, 3);
   ASSERT_EQ(run.Start(), GRB_OK);
   ASSERT_TRUE(run.WaitForWord(GRB_EVENT_FIFO_OVERFLOW));
-  // The engine waits now and nobody writes the slots.
+  // The engine waits now and nobody writes the slots. Pictures come round again while it does: a mark tells whether a
+  // slot has been written.
+  constexpr uint8_t kMark = 0xA5;
+  for (const size_t slot : {0U, 1U}) {
+    std::fill_n(run.Slot(slot).begin(), run.LineBytes() * run.Lines(), kMark);
+  }
   const std::vector<uint8_t> first = run.Slot(0);
   const std::vector<uint8_t> second = run.Slot(1);
   const std::vector<uint8_t> third = run.Slot(2);
@@ -226,8 +231,8 @@ TEST_F(Stream, SecondStartOnARunningStreamIsRefused) {
 }
 
 TEST_F(Stream, StartWithinTheCallbackIsRefused) {
-  CRun run(m_Grabber, 2);
   std::atomic<GRB_STATUS> status{GRB_OK};
+  CRun run(m_Grabber, 2);
   run.OnEvent([&](CRun &self, const CRun::Event &event) {
     if (event.word == 0) {
       status = self.Restart();
@@ -255,8 +260,8 @@ TEST_F(Stream, CloseWhileRunningEndsTheCallbacks) {
 }
 
 TEST_F(Stream, CloseWithinTheCallbackFreesTheChannel) {
-  CRun run(m_Grabber, 2);
   std::atomic<bool> closed{false};
+  CRun run(m_Grabber, 2);
   run.OnEvent([&](CRun &self, const CRun::Event &event) {
     if (closed) {
       ReleaseEach(self, event);

@@ -39,10 +39,13 @@ struct Pair {
   bool SeesInside(size_t count) {
     const Clock::time_point end = Clock::now() + kBound;
     while (Clock::now() < end) {
-      const Lock lock(mutex);
-      if (waiters.nInside == count) {
-        return true;
+      {
+        const Lock lock(mutex);
+        if (waiters.nInside == count) {
+          return true;
+        }
       }
+      std::this_thread::yield();
     }
     return false;
   }
