@@ -110,20 +110,24 @@ ProgramEnd RunLumivex(const ProgramStart &start) {
     BecomeLumivex(start, ends[1], errorFile);
   }
   close(ends[1]);
-  if (start.signalWhenFull) {
-    WaitUntilFull(child, ends[0]);
-  }
   ProgramEnd end;
   bool signalled = start.signalAfterOutput == 0;
+  const auto signalNow = [&] {
+    for (int i = 0; i < start.signalCount; ++i) {
+      kill(child, start.signalAfterOutput);
+      WaitUntilTaken(child);
+    }
+    signalled = true;
+  };
+  if (start.signalWhenFull) {
+    WaitUntilFull(child, ends[0]);
+    signalNow();
+  }
   std::array<char, 4096> piece{};
   for (ssize_t got = 0; !start.readerGone && (got = read(ends[0], piece.data(), piece.size())) > 0;) {
     end.output.append(piece.data(), static_cast<size_t>(got));
     if (!signalled && end.output.find('\n') != std::string::npos) {
-      for (int i = 0; i < start.signalCount; ++i) {
-        kill(child, start.signalAfterOutput);
-        WaitUntilTaken(child);
-      }
-      signalled = true;
+      signalNow();
     }
   }
   if (!start.readerGone) {

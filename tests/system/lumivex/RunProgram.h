@@ -18,7 +18,7 @@ struct ProgramStart {
   int ignoredSignal = 0;                           ///< It starts with this one ignored; 0: none.
   uint64_t largestFile = 0;                        ///< Bytes that it may write to a file; 0: any number.
   int signalAfterOutput = 0;                       ///< Sent when the first line has been printed; 0: none.
-  bool signalWhenFull = false;                     ///< Not before its output waits to be read.
+  bool signalWhenFull = false;                     ///< Sent when its output waits to be read instead.
   int signalCount = 1;                             ///< So often, each when the one before has arrived.
 };
 
