@@ -222,7 +222,7 @@ void CDataStream::FlushInputToOutput() {
     if (pB->IsQueued()) {
       AppendToDeliverList(pB.get());
       pB->SetQueued(false);
-      m_DeliverCondition.notify_all();
+      NotifyAll(m_DeliverCondition, m_Waiters);
     }
   }
 }
@@ -422,17 +422,15 @@ void CDataStream::AppendToDeliverList(CBufferInfo *pBufferInfo) {
 bool CDataStream::DeliverBuffer(CBufferInfo *pBufferInfo) {
   try {
     LVX_ASSERT(pBufferInfo != 0);
-    bool bAwaited = false;
+    bool bNotify = false;
     {
       const Lock lock(m_DeliverLock);
       ++m_iNumDelivered;
       pBufferInfo->SetFrameId(m_iNumDelivered);
       AppendToDeliverList(pBufferInfo);
-      bAwaited = m_Waiters.IsAnyInside();
+      bNotify = m_Waiters.TakeNotice();
     }
-    // For those only who waited when it came: anybody else finds it on the list, and would be sent home from the next
-    // wait, with nothing.
-    if (bAwaited) {
+    if (bNotify) {
       m_DeliverCondition.notify_all();
     }
     return true;
@@ -475,7 +473,7 @@ bool CDataStream::GetFilledBuffer(void *pBuffer, size_t *piSize, uint64_t iTimeo
 void CDataStream::KillWait() {
   const Lock lock(m_DeliverLock);
   m_bKillWait = true;
-  m_DeliverCondition.notify_all();
+  NotifyAll(m_DeliverCondition, m_Waiters);
 }
 
 void CDataStream::PostErrorEvent(int32_t iCode, const char *pText) { m_pEventError->AddEvent(iCode, pText); }

@@ -98,7 +98,7 @@ class CEventQueue : public IEventObj {
     RequireEnabled(LVX_HERE);
     m_bKilled = true;
     const Lock lock(m_QueueLock);
-    m_QueueCondition.notify_all();
+    NotifyAll(m_QueueCondition, m_Waiters);
   }
 
   /// Takes a report in. Never waits for the Consumer.
@@ -130,7 +130,7 @@ class CEventQueue : public IEventObj {
     if (!m_bEnabled) {
       return;
     }
-    bool bAwaited = false;
+    bool bNotify = false;
     {
       const Lock lock(m_QueueLock);
       if (m_iNumQueued >= m_iMaxQueued) {
@@ -146,11 +146,9 @@ class CEventQueue : public IEventObj {
       }
       ++m_iNumQueued;
       ++m_iNumFired;
-      bAwaited = m_Waiters.IsAnyInside();
+      bNotify = m_Waiters.TakeNotice();
     }
-    // For those only who waited when it came: anybody else finds it in the queue, and would be sent home from the next
-    // wait, with a failure.
-    if (bAwaited) {
+    if (bNotify) {
       m_QueueCondition.notify_all();
     }
   }

@@ -29,13 +29,23 @@ bool WaitOnce(Condition &condition, Lock &lock, uint64_t iTimeout) {
   return condition.timed_wait(lock, boost::posix_time::milliseconds(iMilliseconds));
 }
 
-/// The threads inside the waits of one object, counted, so that the object can end behind them. Guarded by the lock of
-/// the wait, which each of them holds from its wake-up to its last look at the object.
+/// The threads inside the waits of one object, counted, so that the object can end behind them, and so that each
+/// notification finds those only whom it is meant for. Guarded by the lock of the wait, which each of them holds from
+/// its wake-up to its last look at the object.
 struct Waiters {
   size_t nInside = 0;
+  size_t nUnnotified = 0;  ///< of these: no notification is on its way to them
+  uint64_t nNotices = 0;
   bool bEnding = false;
 
-  bool IsAnyInside() const { return nInside != 0; }
+  /// For whoever is about to notify all. False: nobody needs it. A notification that follows the unlock must not be
+  /// made then: it could find its way into a wait that begins later, and end that for nothing.
+  bool TakeNotice() {
+    const bool bNeeded = nUnnotified != 0;
+    nUnnotified = 0;
+    ++nNotices;
+    return bNeeded;
+  }
 };
 
 /// The same, and the thread counts as inside meanwhile.
@@ -43,13 +53,18 @@ template <class Condition, class Lock>
 bool WaitOnce(Condition &condition, Lock &lock, uint64_t iTimeout, Waiters &waiters) {
   class CInside {
    public:
-    CInside(Condition &condition, Waiters &waiters) : m_Condition(condition), m_Waiters(waiters) {
+    CInside(Condition &condition, Waiters &waiters)
+        : m_Condition(condition), m_Waiters(waiters), m_nNotices(waiters.nNotices) {
       ++m_Waiters.nInside;
+      ++m_Waiters.nUnnotified;
     }
     CInside(const CInside &) = delete;
     CInside &operator=(const CInside &) = delete;
     ~CInside() {
       --m_Waiters.nInside;
+      if (m_Waiters.nNotices == m_nNotices) {
+        --m_Waiters.nUnnotified;
+      }
       if (m_Waiters.bEnding) {
         m_Condition.notify_all();
       }
@@ -58,10 +73,18 @@ bool WaitOnce(Condition &condition, Lock &lock, uint64_t iTimeout, Waiters &wait
    private:
     Condition &m_Condition;
     Waiters &m_Waiters;
+    const uint64_t m_nNotices;
   };
 
   const CInside inside(condition, waiters);
   return WaitOnce(condition, lock, iTimeout);
+}
+
+/// Wakes all waiters. The caller holds the lock.
+template <class Condition>
+void NotifyAll(Condition &condition, Waiters &waiters) {
+  waiters.TakeNotice();
+  condition.notify_all();
 }
 
 /// Wakes all waiters and stays until they are out. The caller holds the lock, once only, and nothing else that a waiter

@@ -127,6 +127,58 @@ TYPED_TEST(Wait, CountedWaitsTellWhetherTheyWereWoken) {
   EXPECT_EQ(0U, pair.waiters.nInside);
 }
 
+TYPED_TEST(Wait, NoticeIsNeededOnceByThoseWhoWait) {
+  // Whoever puts something in notifies behind the unlock. A notification that nobody needs then ends a later wait.
+  TypeParam pair;
+  EXPECT_FALSE(pair.waiters.TakeNotice()) << "nobody waits";
+  for (int round = 0; round < 2; ++round) {
+    std::thread waiter([&pair] {
+      typename TypeParam::Lock lock(pair.mutex);
+      EXPECT_TRUE(WaitOnce(pair.condition, lock, GENTL_INFINITE, pair.waiters));
+    });
+    EXPECT_TRUE(pair.SeesInside(1));
+    {
+      const typename TypeParam::Lock lock(pair.mutex);
+      EXPECT_TRUE(pair.waiters.TakeNotice());
+      EXPECT_FALSE(pair.waiters.TakeNotice()) << "it is inside, but somebody is about to wake it";
+    }
+    pair.condition.notify_all();
+    waiter.join();
+    EXPECT_FALSE(pair.waiters.TakeNotice()) << "it has left";
+  }
+}
+
+TYPED_TEST(Wait, NoticeKnowsWhoCameBehindTheLastOne) {
+  TypeParam pair;
+  std::vector<std::thread> waiters;
+  for (size_t count = 1; count <= 3; ++count) {
+    waiters.emplace_back([&pair] {
+      typename TypeParam::Lock lock(pair.mutex);
+      EXPECT_TRUE(WaitOnce(pair.condition, lock, GENTL_INFINITE, pair.waiters));
+    });
+    EXPECT_TRUE(pair.SeesInside(count));
+    const typename TypeParam::Lock lock(pair.mutex);
+    EXPECT_TRUE(pair.waiters.TakeNotice()) << count;
+  }
+  {
+    const typename TypeParam::Lock lock(pair.mutex);
+    NotifyAll(pair.condition, pair.waiters);
+    EXPECT_FALSE(pair.waiters.TakeNotice());
+  }
+  for (std::thread &waiter : waiters) {
+    waiter.join();
+  }
+  EXPECT_EQ(0U, pair.waiters.nUnnotified);
+}
+
+TYPED_TEST(Wait, TimedOutWaitNeedsNoNotice) {
+  TypeParam pair;
+  typename TypeParam::Lock lock(pair.mutex);
+  EXPECT_FALSE(WaitOnce(pair.condition, lock, 0, pair.waiters));
+  EXPECT_FALSE(WaitOnce(pair.condition, lock, 1, pair.waiters));
+  EXPECT_FALSE(pair.waiters.TakeNotice());
+}
+
 TYPED_TEST(Wait, EndWithoutAWaiterReturns) {
   TypeParam pair;
   typename TypeParam::Lock lock(pair.mutex);
