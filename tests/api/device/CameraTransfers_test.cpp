@@ -295,5 +295,26 @@ TEST_F(CameraTransfer, SilentCameraLeavesTheDevice) {
   EXPECT_GC_OK(ReadSome(kAddress, 4));
 }
 
+// The rounded size, not the wanted one, is split, and stands in the message.
+TEST_F(CameraTransfer, RoundedReadOfAnOldLibraryIsSplit) {
+  SetParameter(GRB_REV_SW, 0x70510);
+  Script().SetCamera(kBoard, kChannel, CCamera().Url(0, "Local:a.xml;9000;41"));
+  PORT_HANDLE port = OpenRemotePort();
+  EXPECT_EQ(PortUrl(port).result, GC_ERR_SUCCESS);
+  const size_t mark = Script().Mark();
+  uint8_t buffer[65];
+  EXPECT_GC_OK(TryRead(port, 0x9000, buffer, sizeof(buffer)));
+  const std::vector<Call> calls = Script().Calls(mark);
+  ASSERT_EQ(calls.size(), 2U);
+  EXPECT_EQ(calls[0].size, 64U);
+  EXPECT_EQ(calls[1].address, 0x9040U);
+  EXPECT_EQ(calls[1].size, 4U);
+  Script().On(Match(Op::ControlRead).Address(0x9040), Bang());
+  EXPECT_GC(
+      GC_ERR_IO,
+      "Error while reading 0 bytes from address 0x9040 in camera, 68 bytes read.\n" + LibraryText("GRB_ControlRead"),
+      TryRead(port, 0x9000, buffer, sizeof(buffer)));
+}
+
 }  // namespace
 }  // namespace DeviceTests

@@ -213,4 +213,19 @@ TEST_F(DeviceInfoMarshalling, EntryChecksComeInTheirOrder) {
                  Gc().DevGetInfo(m_hDevice, 99, &type, buffer, &size));
 }
 
+// The record is of the discovery, the remote port's words are of the open; a later discovery changes neither.
+TEST_F(DeviceInfoOfDevice, OpenDeviceKeepsItsRecord) {
+  Discover();
+  Script().SetCamera(kBoard, kChannel, CCamera().Vendor("New").Model("Other"));
+  OpenDevice();
+  PORT_HANDLE port = OpenRemotePort();
+  ASSERT_GC_OK(Gc().IFUpdateDeviceList(m_hInterface, nullptr, 0));
+  EXPECT_EQ(DeviceInfo(m_hInterface, "Channel #1", DEVICE_INFO_MODEL).Text(), "Other");
+  EXPECT_EQ(DevInfo(m_hDevice, DEVICE_INFO_MODEL).Text(), "Testcam 1");
+  EXPECT_EQ(DevInfo(m_hDevice, DEVICE_INFO_DISPLAYNAME).Text(), "Lumivex Optics Testcam 1(Channel #1)");
+  EXPECT_EQ(ReadText(m_hDevice, 0x140, 64), "Testcam 1");
+  EXPECT_EQ(PortInfo(port, PORT_INFO_VENDOR).Text(), "New");
+  EXPECT_EQ(PortInfo(port, PORT_INFO_MODEL).Text(), "Other");
+}
+
 }  // namespace

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The Device's own port: its info, its URL, its description, and the rules of addresses and sizes.
+#include <cstring>
 #include <ostream>
 
 #include "DeviceFixture.h"
@@ -326,6 +327,18 @@ TEST_F(DevicePort, StackedWriteKeepsWhatWasDone) {
   EXPECT_EQ(count, 1U);
   EXPECT_EQ(Parameter(GRB_CAM_ACTIVE_XLENGTH), 640U);
   EXPECT_EQ(Parameter(GRB_CAM_ACTIVE_YLENGTH), 48U);
+}
+
+// The size of each entry is what the port answers, here fewer bytes than asked for.
+TEST_F(DevicePort, StackedReadLeavesTheSizesOfThePort) {
+  std::vector<char> text(1024);
+  uint32_t words[2] = {};
+  PORT_REGISTER_STACK_ENTRY entries[] = {{0x1004, text.data(), text.size()}, {0x604, words, sizeof(words)}};
+  size_t count = 2;
+  EXPECT_GC_OK(Gc().GCReadPortStacked(m_hDevice, entries, &count));
+  EXPECT_EQ(count, 2U);
+  EXPECT_EQ(entries[0].Size, std::strlen(CScriptedGrb::kDefaultProperties) + 1);
+  EXPECT_EQ(entries[1].Size, 4U);
 }
 
 }  // namespace

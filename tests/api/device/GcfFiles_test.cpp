@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Loading and saving the library's configuration files through the Device's registers.
+#include <algorithm>
 #include <atomic>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "DeviceFixture.h"
 
@@ -134,8 +137,7 @@ TEST_F(GcfTest, LoadOfAMissingNameThatFillsTheRegisterStaysInside) {
   ASSERT_TRUE(text.has_value());
   const std::string whole = "Configuration file specified does not exist: " + name;
   // No more than the name: what stands behind the register in the map is none of it.
-  EXPECT_EQ(text->message, whole.substr(0, text->message.size()));
-  EXPECT_GE(text->message.size(), 255U);
+  EXPECT_EQ(text->message, whole);
   ExpectUsable();
 }
 
@@ -366,6 +368,26 @@ TEST_F(GcfTest, NothingHappensWithoutAStream) {
   for (const uint32_t address : {kLoad, kSave, kLoadName, kSaveName}) {
     EXPECT_GC(GC_ERR_ACCESS_DENIED, "Cannot write to device in READONLY mode.", WriteU32(m_hDevice, address, 1));
   }
+}
+
+// The command's word is the last of the write: the name is in the map before it runs.
+TEST_F(GcfTest, SaveAtTheEndOfAWriteOfItsNameHasThatName) {
+  EXPECT_GC_OK(WriteText(m_hDevice, kSaveName, "old.gcf", kNameSize));
+  std::vector<uint8_t> bytes(kNameSize + 4);
+  const std::string name = "new.gcf";
+  std::copy(name.begin(), name.end(), bytes.begin());
+  m_nMark = Script().Mark();
+  EXPECT_GC_OK(WriteBytes(m_hDevice, kSaveName, bytes));
+  EXPECT_EQ(Calls(), (Lines{"Action(" + HandleName(StreamHandle()) + ", 0xc0040100, 0xc0040007, \"new.gcf\")"}));
+}
+
+// The messages are joined and not formatted: none of the library's words is cut off.
+TEST_F(GcfTest, WordsOfAFailureAreWhole) {
+  const std::string words(1000, 'w');
+  Script().On(Match(Op::Open), Reply::Failure(kStatus, words).NullFunction());
+  EXPECT_GC(GC_ERR_ERROR, LoadFailure(words), Load(m_strPath));
+  Script().On(Match(Op::Action), Reply::Failure(kStatus, words).NullFunction());
+  EXPECT_GC(GC_ERR_ERROR, "Failed saving GCF file: " + words, Save("a.gcf"));
 }
 
 }  // namespace

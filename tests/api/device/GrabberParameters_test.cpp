@@ -262,6 +262,17 @@ TEST_F(GrabberRegisters, WordsOfAFailureComeFromTheHooksArguments) {
   }
 }
 
+// The message is joined and not formatted: none of the library's words is cut off.
+TEST_F(GrabberRegisters, WordsOfAFailureAreWhole) {
+  const std::string words(1000, 'w');
+  Script().On(Match(Op::ParameterSet, GRB_LUT_SHIFT), Reply::Failure(kStatus, words).NullFunction());
+  EXPECT_GC(GC_ERR_ERROR, "Failed writing Device feature: GRB_LUT_SHIFT: " + words, WriteU32(m_hDevice, 0x1444, 1));
+  Script().On(Match(Op::ParameterGet, GRB_LUT_SHIFT), Reply::Failure(kStatus, words).NullFunction());
+  uint32_t value = 0;
+  EXPECT_GC(GC_ERR_ERROR, "Failed reading Device feature: GRB_LUT_SHIFT: " + words,
+            TryRead(m_hDevice, 0x1444, &value, sizeof(value)));
+}
+
 }  // namespace
 
 }  // namespace DeviceTests

@@ -2,6 +2,7 @@
 /// @file
 /// The Interface module: opening and closing, info answers, registers, device list.
 #include <cstdio>
+#include <future>
 #include <string>
 #include <vector>
 
@@ -22,7 +23,7 @@ class InterfaceTest : public ProducerTest {
     OpenInterface();
   }
   bool Update(uint64_t timeout = 100) {
-    bool8_t changed = false;
+    bool8_t changed = true;
     EXPECT_GC_OK(Gc().IFUpdateDeviceList(m_hInterface, &changed, timeout));
     return changed;
   }
@@ -124,6 +125,18 @@ TEST_F(InterfaceOpening, TwoBoardsStandSideBySide) {
   EXPECT_EQ("Channel #1", DeviceId(first, 0).Text());
 }
 
+// Catches an Interface that looks its record up in the list, which has a new one by then.
+TEST_F(InterfaceOpening, OpenInterfaceKeepsItsRecord) {
+  OpenInterface();
+  Script().SetBoard(GRB_BOARD_1, "Name=Renamed\nModel=GL-CXP4\n");
+  bool8_t changed = true;
+  ASSERT_GC_OK(Gc().TLUpdateInterfaceList(m_hSystem, &changed, 0));
+  EXPECT_FALSE(changed) << "the id is the same";
+  EXPECT_EQ("Renamed GL-CXP4 #1", InterfaceInfo(m_hSystem, "GL-CXP4-#1", INTERFACE_INFO_DISPLAYNAME).Text());
+  EXPECT_EQ("Grabline GL-CXP4 #1", IfInfo(m_hInterface, INTERFACE_INFO_DISPLAYNAME).Text());
+  EXPECT_EQ("Grabline GL-CXP4 #1", ReadText(m_hInterface, 0x100, 256));
+}
+
 TEST_F(InterfaceOpening, VanishedBoardStaysOpenAndCanBeClosed) {
   OpenInterface();
   Script().RemoveAllBoards();
@@ -149,6 +162,18 @@ TEST_F(InterfaceOpening, ReturnedBoardIsStillOpen) {
   IF_HANDLE iface = nullptr;
   EXPECT_GC(GC_ERR_RESOURCE_IN_USE, "Interface 'GL-CXP4-#1' is already opened.",
             Gc().TLOpenInterface(m_hSystem, "GL-CXP4-#1", &iface));
+}
+
+// What is not known is not looked for among what is open: the id is refused, not the second opening.
+TEST_F(InterfaceOpening, VanishedBoardIsUnknownWhileItIsOpen) {
+  OpenInterface();
+  Script().RemoveAllBoards();
+  ASSERT_GC_OK(Gc().TLUpdateInterfaceList(m_hSystem, nullptr, 0));
+  IF_HANDLE iface = this;
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Invalid Child's name: GL-CXP4-#1",
+            Gc().TLOpenInterface(m_hSystem, "GL-CXP4-#1", &iface));
+  EXPECT_EQ(this, iface);
+  EXPECT_EQ("GL-CXP4-#1", IfInfo(m_hInterface, INTERFACE_INFO_ID).Text());
 }
 
 TEST_F(InterfaceOpening, CloseClosesDeviceAndStream) {
@@ -235,10 +260,11 @@ INSTANTIATE_TEST_SUITE_P(Commands, InterfacePortFlag, testing::ValuesIn(kPortFla
 TEST_F(InterfaceTest, OtherPortCommandsAreRefused) {
   for (const PORT_INFO_CMD command : {-1, 13, 1000}) {
     INFO_DATATYPE type = -77;
-    size_t size = 0;
+    size_t size = 77;
     EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Invalid Port Info Command " + std::to_string(command),
               Gc().GCGetPortInfo(m_hInterface, command, &type, nullptr, &size));
     EXPECT_EQ(-77, type);
+    EXPECT_EQ(77U, size);
   }
 }
 
@@ -618,6 +644,23 @@ TEST_F(InterfaceTest, VanishedDeviceStaysOpen) {
   m_hDevice = nullptr;
 }
 
+// What is not known is not looked for among what is open: the id is refused, not the second opening.
+TEST_F(InterfaceTest, VanishedDeviceIsUnknownWhileItIsOpen) {
+  OpenDevice();
+  Script().RemoveCamera(GRB_BOARD_1, GRB_CHANNEL_1);
+  EXPECT_TRUE(Update());
+  DEV_HANDLE device = this;
+  EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Invalid Child's name: Channel #1",
+            Gc().IFOpenDevice(m_hInterface, "Channel #1", DEVICE_ACCESS_READONLY, &device));
+  EXPECT_EQ(this, device);
+  // Back again, it is still open, and listed behind the one that stayed.
+  Script().SetCamera(GRB_BOARD_1, GRB_CHANNEL_1, CCamera());
+  EXPECT_TRUE(Update());
+  EXPECT_EQ((Names{"Channel #2", "Channel #1"}), Ids());
+  EXPECT_GC(GC_ERR_RESOURCE_IN_USE, "Device (Channel #1) is already open.",
+            Gc().IFOpenDevice(m_hInterface, "Channel #1", DEVICE_ACCESS_READONLY, &device));
+}
+
 // ---------------------------------------------------------------------------------------------------------------------
 // Flags of IFOpenDevice
 // ---------------------------------------------------------------------------------------------------------------------
@@ -657,5 +700,46 @@ constexpr FlagRow kFlags[] = {{-2147483647 - 1, false},
                               {0x7FFFFFFF, true}};
 
 INSTANTIATE_TEST_SUITE_P(Values, OpenFlags, testing::ValuesIn(kFlags));
+
+// Catches a flag that only IFUpdateDeviceList sets: the opening would search all channels once more.
+TEST_F(InterfaceTest, UpdateByTheRegisterCountsAsTheFirst) {
+  ASSERT_EQ(GC_ERR_SUCCESS, WriteU32(m_hInterface, 0x280, 1));
+  const size_t mark = Script().Mark();
+  OpenDevice(DEVICE_ACCESS_READONLY);
+  EXPECT_EQ(1U, Script().Count(Match(Op::Create), mark));
+}
+
+// The callback runs behind each word: a later word that is refused takes nothing back.
+TEST_F(InterfaceTest, SelectionStandsWhenTheNextWordIsRefused) {
+  Update();
+  EXPECT_GC(GC_ERR_ERROR, "Register 488 is not writable.", WriteBytes(m_hInterface, 0x484, {1, 0, 0, 0, 'X', 0, 0, 0}));
+  EXPECT_EQ(kSecond, Selected());
+  EXPECT_GC(GC_ERR_ERROR, "Register 480 is not writable.", WriteBytes(m_hInterface, 0x480, {9, 0, 0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(1U, ReadU32(m_hInterface, 0x484));
+  EXPECT_EQ(kSecond, Selected());
+}
+
+// Catches a lock of the lists that is held across the search of the hardware, which can take seconds.
+TEST_F(InterfaceTest, ListsAreAnsweredWhileADiscoveryRuns) {
+  Update();
+  const auto ask = [this] {
+    return CountDevices() == 2 && DeviceId(m_hInterface, 0).Text() == "Channel #1" &&
+           InterfaceId(m_hSystem, 0).Text() == "GL-CXP4-#1";
+  };
+  // Kept outside: one that is held up ends behind the discovery.
+  std::vector<std::future<bool>> answers;
+  const auto askMeanwhile = [&](const Call &) {
+    answers.push_back(std::async(std::launch::async, ask));
+    EXPECT_EQ(std::future_status::ready, answers.back().wait_for(kBound));
+  };
+  Script().On(Match(Op::Open).Channel(GRB_CHANNEL_2).Mode(GRB_MODE_CONTROL), Reply::Pass().Do(askMeanwhile));
+  Update();
+  Script().On(Match(Op::Open).Board(GRB_BOARD_3).Mode(GRB_MODE_ENUMERATE), Reply::Pass().Do(askMeanwhile));
+  EXPECT_GC_OK(Gc().TLUpdateInterfaceList(m_hSystem, nullptr, 0));
+  EXPECT_EQ(2U, answers.size());
+  for (std::future<bool> &answer : answers) {
+    EXPECT_TRUE(answer.get());
+  }
+}
 
 }  // namespace

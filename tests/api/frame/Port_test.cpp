@@ -268,6 +268,18 @@ TEST_F(Ports, StackedWriteKeepsWhatWasWrittenBeforeTheFailure) {
   EXPECT_EQ(1U, ReadU32(m_Tree.system, 0x8));
 }
 
+TEST_F(Ports, StackedWriteToAReadOnlyDeviceDoesNone) {
+  DEV_HANDLE device = nullptr;
+  ASSERT_GC_OK(Gc().IFOpenDevice(m_Tree.iface, "Channel #2", DEVICE_ACCESS_READONLY, &device));
+  uint32_t one = 1;
+  PORT_REGISTER_STACK_ENTRY entries[] = {{0x3EC, &one, 4}, {0x3EC, &one, 4}};
+  size_t count = 2;
+  EXPECT_GC(GC_ERR_ACCESS_DENIED, "Cannot write to device in READONLY mode.",
+            Gc().GCWritePortStacked(device, entries, &count));
+  EXPECT_EQ(0U, count);
+  EXPECT_EQ(0U, ReadU32(device, 0x3EC));
+}
+
 TEST_F(Ports, StackedWriteRunsTheCallbacksInOrder) {
   Script().SetBoard(GRB_BOARD_2);
   uint32_t any = 99;
@@ -344,6 +356,7 @@ TEST_P(ModuleUrl, ExactSizeFitsAndTheSeparatorIsLost) {
   EXPECT_GC_OK(Gc().GCGetPortURL(Port(), url.data(), &size));
   EXPECT_STREQ(GetParam().url, url.c_str());
   EXPECT_EQ(Length() + 1, size) << "the size counts the lost separator";
+  EXPECT_EQ('u', url[Length()]) << "the size counts one byte more than is written";
   EXPECT_EQ('u', url.back());
 }
 

@@ -23,7 +23,7 @@ class SystemTest : public ProducerTest {
     return count;
   }
   bool Update(uint64_t timeout = 100) {
-    bool8_t changed = false;
+    bool8_t changed = true;
     EXPECT_GC_OK(Gc().TLUpdateInterfaceList(m_hSystem, &changed, timeout));
     return changed;
   }
@@ -138,10 +138,11 @@ INSTANTIATE_TEST_SUITE_P(Commands, SystemPortFlag, testing::ValuesIn(kPortFlags)
 TEST_F(SystemTest, OtherPortCommandsAreRefused) {
   for (const PORT_INFO_CMD command : {-1, 13, 1000}) {
     INFO_DATATYPE type = -77;
-    size_t size = 0;
+    size_t size = 77;
     EXPECT_GC(GC_ERR_INVALID_PARAMETER, "Invalid parameter",
               Gc().GCGetPortInfo(m_hSystem, command, &type, nullptr, &size));
     EXPECT_EQ(-77, type);
+    EXPECT_EQ(77U, size);
   }
 }
 
@@ -605,6 +606,9 @@ TEST_F(SystemTest, IdTooLongForItsRegisterIsSurvived) {
   EXPECT_EQ(1U, CountInterfaces());
   const std::string id = InterfaceId(m_hSystem, 0).Text();
   EXPECT_EQ(std::string(256, 'M') + "-#1", id) << "256 bytes of a value are copied, and no terminator";
+  // The selected id is stored whole: its end stands in the register behind.
+  const std::vector<uint8_t> bytes = ReadBytes(m_hSystem, 0x740, 512);
+  EXPECT_EQ(id + std::string(512 - id.size(), '\0'), std::string(bytes.begin(), bytes.end()));
   OpenInterface(id);
   EXPECT_EQ(id, IfInfo(m_hInterface, INTERFACE_INFO_ID).Text());
   EXPECT_EQ(std::string(255, 'M'), ReadText(m_hInterface, 0x0, 256)) << "the register keeps room for its terminator";

@@ -699,5 +699,24 @@ TEST_F(StreamDeathTest, HeightOfZeroAtAStart) {
   EXPECT_DEATH(Gc().DSStartAcquisition(m_hStream, ACQ_START_FLAGS_DEFAULT, 1), "m_dwImageHeight != 0");
 }
 
+// A failed load of a file gives the open stream's Device another handle. The next run is on that one.
+TEST_F(StreamTest, StartBehindAFailedLoadRunsOnTheHandleOfNow) {
+  OpenStream();
+  const GRB_HANDLE before = StreamHandle();
+  const CTempDirectory directory;
+  ASSERT_GC_OK(WriteText(m_hDevice, 0x144C, directory.WriteFile("board.gcf", "[gcf]\n"), 1024));
+  Script().On(Match(Op::Open), Broken());
+  EXPECT_GC_CODE(GC_ERR_ERROR, WriteU32(m_hDevice, 0x1448, 1));
+  const GRB_HANDLE now = StreamHandle();
+  ASSERT_NE(before, now);
+  const size_t mark = Script().Mark();
+  Run(1);
+  Frame();
+  EXPECT_EQ(1U, Delivered());
+  Stop();
+  EXPECT_EQ(1U, Script().Count(Match(Op::StreamRead, GRB_STREAM_START).Handle(now), mark));
+  EXPECT_EQ(0U, Script().Count(Match().Handle(before), mark));
+}
+
 }  // namespace
 }  // namespace StreamTests
