@@ -710,5 +710,18 @@ TEST_F(StreamTest, TwoStreamsDoNotMix) {
   EXPECT_TRUE(Grabbing());
 }
 
+TEST_F(StreamTest, OnlyTheValueOneIsBlocking) {
+  for (const uint32_t mode : {0U, 3U, 0xFFFFFFFFU}) {
+    OpenStream();
+    Flush(ACQ_QUEUE_ALL_DISCARD);
+    SetParameter(GRB_ACQ_BLOCKING, mode);
+    Run(1);
+    Frame();
+    Frame();
+    EXPECT_EQ(2U, Delivered()) << mode;
+    Stop();
+  }
+}
+
 }  // namespace
 }  // namespace StreamTests

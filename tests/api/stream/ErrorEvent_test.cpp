@@ -414,5 +414,56 @@ TEST_F(ErrorBlocks, ArgumentsAreCheckedInOrder) {
             Gc().EventGetDataInfo(m_hEvent, nullptr, 0, EVENT_DATA_ID, &type, answer, &size));
 }
 
+struct SecondRow {
+  EVENT_TYPE type;
+  GC_ERROR second;
+};
+class KilledEvents : public StreamTest, public testing::WithParamInterface<SecondRow> {};
+
+TEST_P(KilledEvents, KillAbortsOneOfTwoWaiters) {
+  const EVENT_HANDLE event = RegisterEvent(OpenStream(), GetParam().type);
+  std::vector<EventResult> results;
+  {
+    CInsideWaiter first(event, kBeyondResult);
+    CInsideWaiter second(event, kBeyondResult);
+    EXPECT_TRUE(first.Begins());
+    EXPECT_TRUE(second.Begins());
+    EXPECT_GC_OK(Gc().EventKill(event));
+    results = {first.Result(), second.Result()};
+  }
+  if (results[0].result != GC_ERR_ABORT) {
+    std::swap(results[0], results[1]);
+  }
+  EXPECT_EQ(GC_ERR_ABORT, results[0].result);
+  EXPECT_EQ(GetParam().second, results[1].result) << "woken all the same, and finds nothing";
+}
+
+TEST_P(KilledEvents, KillOfADisabledEventLeavesNothing) {
+  EVENT_HANDLE event = RegisterEvent(OpenStream(), GetParam().type);
+  EXPECT_GC_OK(Gc().GCUnregisterEvent(m_hStream, GetParam().type));
+  EXPECT_GC_CODE(GC_ERR_INVALID_HANDLE, Gc().EventKill(event));
+  event = RegisterEvent(m_hStream, GetParam().type);
+  EXPECT_EQ(GC_ERR_TIMEOUT, GetEvent(event, 0, kLeast).result);
+}
+
+TEST_P(KilledEvents, WaitOfADisabledEventStillGetsItsData) {
+  // Whether the event is enabled is asked ahead of the wait only: a buffer taken and then refused would be lost.
+  const EVENT_HANDLE event = RegisterEvent(OpenStream(), GetParam().type);
+  RegisterEvent(m_hStream, GetParam().type == EVENT_ERROR ? EVENT_NEW_BUFFER : EVENT_ERROR);
+  Run(1);
+  CInsideWaiter waiter(event, kBeyondResult);
+  EXPECT_TRUE(waiter.Begins());
+  EXPECT_GC_OK(Gc().GCUnregisterEvent(m_hStream, GetParam().type));
+  if (GetParam().type == EVENT_ERROR) {
+    RegisterEvent(m_hStream, EVENT_ERROR);  // a report to a disabled event would be gone
+  }
+  EXPECT_TRUE(Script().FireCallback(GRB_EVENT_BUFFER_READY | GRB_EVENT_FIFO_OVERFLOW));
+  EXPECT_EQ(GC_ERR_SUCCESS, waiter.Result().result);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, KilledEvents,
+                         testing::Values(SecondRow{EVENT_ERROR, GC_ERR_ERROR},
+                                         SecondRow{EVENT_NEW_BUFFER, GC_ERR_TIMEOUT}));
+
 }  // namespace
 }  // namespace StreamTests

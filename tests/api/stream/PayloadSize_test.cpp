@@ -172,5 +172,33 @@ INSTANTIATE_TEST_SUITE_P(All, PayloadQueries,
                                          QueryRow{GRB_USR_FORMAT, "PIXELFORMAT"}, QueryRow{GRB_ROI_YLENGTH, "HEIGHT"},
                                          QueryRow{GRB_ACQ_YSUB, "DECIMATION_VERTICAL"}));
 
+TEST_F(StreamTest, PaddingIsThatOfARefusedWidthToo) {
+  // The padding is told before the width is found to be too large.
+  OpenStream();
+  SetSize(2004, 3);
+  const BUFFER_HANDLE buffer = Run(1).front();
+  SetSize(0xFFFFFFF5U, 3);
+  INFO_DATATYPE type = Info::kUntouchedType;
+  size_t payload = 7;
+  size_t size = sizeof(payload);
+  EXPECT_GC_CODE(GC_ERR_ERROR, Gc().DSGetInfo(m_hStream, STREAM_INFO_PAYLOAD_SIZE, &type, &payload, &size));
+  EXPECT_EQ(Info::kUntouchedType, type);
+  EXPECT_EQ(7U, payload);
+  EXPECT_EQ(sizeof(payload), size);
+  Frame();
+  EXPECT_EQ(11U, BufferNumber(buffer, BUFFER_INFO_XPADDING));
+}
+
+TEST_F(StreamTest, PayloadThatWrapsToZeroStartsWithAnyBuffer) {
+  OpenStream();
+  SetSize(0x10000, 0x10000);
+  const BUFFER_HANDLE buffer = AllocOf(1);
+  Queue(buffer);
+  Start();
+  Frame();
+  EXPECT_EQ(0x10000U, BufferNumber(buffer, BUFFER_INFO_HEIGHT));
+  EXPECT_EQ(0U, BufferNumber(buffer, BUFFER_INFO_SIZE_FILLED));
+}
+
 }  // namespace
 }  // namespace StreamTests

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The start of an acquisition: its checks, its library calls in their order, and what a failure of each leaves behind.
+#include <future>
 #include <map>
 
 #include "StreamFixture.h"
@@ -716,6 +717,21 @@ TEST_F(StreamTest, StartBehindAFailedLoadRunsOnTheHandleOfNow) {
   Stop();
   EXPECT_EQ(1U, Script().Count(Match(Op::StreamRead, GRB_STREAM_START).Handle(now), mark));
   EXPECT_EQ(0U, Script().Count(Match().Handle(before), mark));
+}
+
+TEST_F(StreamTest, DeliveryGoesOnWhileAStartHoldsTheBuffers) {
+  const EVENT_HANDLE event = NewBufferEvent();
+  const BUFFER_HANDLE buffer = QueueBuffers(2).front();
+  std::future<BUFFER_HANDLE> taken;
+  bool free = false;
+  Script().On(Match(Op::StreamRead, GRB_STREAM_START), Reply::Pass().Do([&](const Call &) {
+    Script().FireCallback(GRB_EVENT_BUFFER_READY);
+    taken = std::async(std::launch::async, [this, event] { return Take(event); });
+    free = taken.wait_for(kBound) == std::future_status::ready;
+  }));
+  Start();
+  EXPECT_TRUE(free);
+  EXPECT_EQ(buffer, taken.get());
 }
 
 }  // namespace

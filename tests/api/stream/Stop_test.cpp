@@ -440,5 +440,44 @@ TEST_F(StreamTest, StopsFromTwoThreads) {
   EXPECT_FALSE(Grabbing());
 }
 
+TEST_F(StreamTest, StopDoesNotWaitForTheLockOfTheHandle) {
+  // A GCF file that takes its time holds that lock from the close of the handle to its reopening.
+  const EVENT_HANDLE event = NewBufferEvent();
+  Run(2);
+  Frame();
+  const BUFFER_HANDLE buffer = Take(event);
+  const CTempDirectory directory;
+  ASSERT_GC_OK(WriteText(m_hDevice, 0x144C, directory.WriteFile("board.gcf", "[gcf]\n"), 1024));
+  std::future<GC_ERROR> stop;
+  bool free = false;
+  Script().On(Match(Op::Close).Mode(GRB_MODE_ACQ_ONLY), Reply::Status(GRB_OK).Do([&](const Call &) {
+    stop = std::async(std::launch::async, [this, buffer] {
+      EXPECT_GC_OK(Gc().DSQueueBuffer(m_hStream, buffer));
+      return Gc().DSStopAcquisition(m_hStream, ACQ_STOP_FLAGS_DEFAULT);
+    });
+    free = stop.wait_for(kBound) == std::future_status::ready;
+  }));
+  WriteU32(m_hDevice, 0x1448, 1);
+  EXPECT_TRUE(free);
+  EXPECT_EQ(GC_ERR_SUCCESS, stop.get());
+}
+
+TEST_F(StreamTest, LongWordsOfTheLibraryAreNotCut) {
+  // Reports are built from pieces: the 255 characters of formatted texts are no limit to them.
+  const std::string words(600, 'w');
+  const auto broken = [&words] { return Reply::Failure(kScriptedStatus, words).KeepEffect(); };
+  const std::string text = words + " (GRB_StreamRead returned error code 0x8123)";
+  Run(2);
+  Frame();
+  Script().On(Match(Op::StreamRead, GRB_STREAM_STOP), broken());
+  EXPECT_GC(GC_ERR_ERROR, std::string(kReport) + "\n" + text,
+            Gc().DSStopAcquisition(m_hStream, ACQ_STOP_FLAGS_DEFAULT));
+  Script().On(Match(Op::StreamRead, GRB_STREAM_RELEASE), broken());
+  EXPECT_GC(GC_ERR_ERROR, "Failed releasing buffer ID 0x00000000.: " + text,
+            Gc().DSFlushQueue(m_hStream, ACQ_QUEUE_OUTPUT_DISCARD));
+  Script().On(Match(Op::StreamRead, GRB_STREAM_START), broken());
+  EXPECT_GC(GC_ERR_ERROR, ": " + text, Gc().DSStartAcquisition(m_hStream, ACQ_START_FLAGS_DEFAULT, 1));
+}
+
 }  // namespace
 }  // namespace StreamTests
