@@ -200,6 +200,7 @@ class CListing {
     }
     AddWrapped(Words(text.toolTip), " ", line.notes);
     std::vector<std::string> words;
+    words.reserve(entries.size());
     for (const FeatureEntry &entry : entries) {
       words.push_back(EntryText(entry));
     }

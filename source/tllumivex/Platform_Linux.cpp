@@ -404,7 +404,7 @@ class CRegistryExport {
 
 /// Reads the settings file; false if it is no regular file, cannot be read, or is too large to be one.
 bool ReadSettingsFile(std::string &strBytes) {
-  constexpr size_t kLimit = 16U * 1024U * 1024U;
+  constexpr size_t kLimit = size_t{16} * 1024 * 1024;
   const char *pName = std::getenv("LUMIVEX_GENTL_REG");
   const std::string strPath = pName != nullptr && *pName != '\0' ? pName : "/etc/lumivex/gentl.reg";
   std::error_code error;

@@ -254,7 +254,8 @@ uint32_t CStreamImpl::GetBufferWidthSize() {
 uint64_t CStreamImpl::GetPayloadSize() {
   const uint32_t nLineBytes = GetBufferWidthSize();
   // Kept: made in 32 bits, so a frame of 4 GiB or more wraps around.
-  return nLineBytes * ReadRegister(REG_HEIGHT);
+  const uint32_t nBytes = nLineBytes * ReadRegister(REG_HEIGHT);
+  return nBytes;
 }
 
 uint64_t CStreamImpl::GetNumStarted() const { return m_iStartedBase + m_iFramesCounted; }
