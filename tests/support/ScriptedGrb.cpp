@@ -296,9 +296,10 @@ class CParameterTable {
   std::array<Cell, kCells> m_Cells;
 };
 
-/// A thread of the library: does what is posted, in turn.
+/// For a callback that a test holds up.
 constexpr std::chrono::seconds kFinalCallbackBound(10);
 
+/// A thread of the library: does what is posted, in turn.
 class CWorker {
  public:
   CWorker() : m_Thread([this] { Run(); }) {}

@@ -394,6 +394,26 @@ TEST_F(DeviceCalls, CloseThatFailsInTheLibraryIsNoFailure) {
   EXPECT_NE(OpenDevice(), nullptr);
 }
 
+// Two threads open one Device at once: both find it closed, and the one that comes second loses its handles again.
+TEST_F(DeviceOpen, OvertakenByAnotherThreadIsRefused) {
+  Discover();
+  DEV_HANDLE winner = nullptr;
+  std::future<GC_ERROR> other;
+  const auto overtake = [&](const Call &) {
+    other = std::async(std::launch::async,
+                       [&] { return Gc().IFOpenDevice(m_hInterface, "Channel #1", DEVICE_ACCESS_READONLY, &winner); });
+    EXPECT_EQ(other.wait_for(kBound), std::future_status::ready);
+  };
+  Script().On(Match(Op::Open).Mode(GRB_MODE_CONTROL), Reply::Pass().Do(overtake));
+  DEV_HANDLE device = Marker();
+  EXPECT_GC(GC_ERR_RESOURCE_IN_USE, "Child already opened.",
+            Gc().IFOpenDevice(m_hInterface, "Channel #1", DEVICE_ACCESS_READONLY, &device));
+  EXPECT_EQ(device, Marker());
+  ASSERT_EQ(other.get(), GC_ERR_SUCCESS);
+  EXPECT_EQ(Script().OpenHandles(), 1U);
+  EXPECT_EQ(DevInfo(winner, DEVICE_INFO_ID).Text(), "Channel #1");
+}
+
 // Entry functions of the Device ---------------------------------------------------------------------------------------
 
 using DeviceEntries = OpenDeviceTest;
@@ -602,26 +622,6 @@ TEST_F(DeviceCloseFromAbove, NotByADiscoveryThatMissesTheCamera) {
   EXPECT_EQ(DevInfo(m_hDevice, DEVICE_INFO_ID).Text(), "Channel #1");
   EXPECT_GC_OK(WriteU32(m_hDevice, 0x614, 32));
   CloseDevice();
-}
-
-// Two threads open one Device at once: both find it closed, and the one that comes second loses its handles again.
-TEST_F(DeviceOpen, OvertakenByAnotherThreadIsRefused) {
-  Discover();
-  DEV_HANDLE winner = nullptr;
-  std::future<GC_ERROR> other;
-  const auto overtake = [&](const Call &) {
-    other = std::async(std::launch::async,
-                       [&] { return Gc().IFOpenDevice(m_hInterface, "Channel #1", DEVICE_ACCESS_READONLY, &winner); });
-    EXPECT_EQ(other.wait_for(kBound), std::future_status::ready);
-  };
-  Script().On(Match(Op::Open).Mode(GRB_MODE_CONTROL), Reply::Pass().Do(overtake));
-  DEV_HANDLE device = Marker();
-  EXPECT_GC(GC_ERR_RESOURCE_IN_USE, "Child already opened.",
-            Gc().IFOpenDevice(m_hInterface, "Channel #1", DEVICE_ACCESS_READONLY, &device));
-  EXPECT_EQ(device, Marker());
-  ASSERT_EQ(other.get(), GC_ERR_SUCCESS);
-  EXPECT_EQ(Script().OpenHandles(), 1U);
-  EXPECT_EQ(DevInfo(winner, DEVICE_INFO_ID).Text(), "Channel #1");
 }
 
 }  // namespace

@@ -405,6 +405,16 @@ TEST_F(InterfaceTest, TailOfTheLongerTextStaysInTheRegister) {
   EXPECT_EQ(expected, std::string(bytes.begin(), bytes.end()));
 }
 
+// The callback runs behind each word: a later word that is refused takes nothing back.
+TEST_F(InterfaceTest, SelectionStandsWhenTheNextWordIsRefused) {
+  Update();
+  EXPECT_GC(GC_ERR_ERROR, "Register 488 is not writable.", WriteBytes(m_hInterface, 0x484, {1, 0, 0, 0, 'X', 0, 0, 0}));
+  EXPECT_EQ(kSecond, Selected());
+  EXPECT_GC(GC_ERR_ERROR, "Register 480 is not writable.", WriteBytes(m_hInterface, 0x480, {9, 0, 0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(1U, ReadU32(m_hInterface, 0x484));
+  EXPECT_EQ(kSecond, Selected());
+}
+
 // ---------------------------------------------------------------------------------------------------------------------
 // The list
 // ---------------------------------------------------------------------------------------------------------------------
@@ -564,6 +574,37 @@ TEST_F(InterfaceTest, ReopenedInterfaceBeginsAnew) {
   EXPECT_TRUE(Update());
 }
 
+// Catches a flag that only IFUpdateDeviceList sets: the opening would search all channels once more.
+TEST_F(InterfaceTest, UpdateByTheRegisterCountsAsTheFirst) {
+  ASSERT_EQ(GC_ERR_SUCCESS, WriteU32(m_hInterface, 0x280, 1));
+  const size_t mark = Script().Mark();
+  OpenDevice(DEVICE_ACCESS_READONLY);
+  EXPECT_EQ(1U, Script().Count(Match(Op::Create), mark));
+}
+
+// Catches a lock of the lists that is held across the search of the hardware, which can take seconds.
+TEST_F(InterfaceTest, ListsAreAnsweredWhileADiscoveryRuns) {
+  Update();
+  const auto ask = [this] {
+    return CountDevices() == 2 && DeviceId(m_hInterface, 0).Text() == "Channel #1" &&
+           InterfaceId(m_hSystem, 0).Text() == "GL-CXP4-#1";
+  };
+  // Kept outside: one that is held up ends behind the discovery.
+  std::vector<std::future<bool>> answers;
+  const auto askMeanwhile = [&](const Call &) {
+    answers.push_back(std::async(std::launch::async, ask));
+    EXPECT_EQ(std::future_status::ready, answers.back().wait_for(kBound));
+  };
+  Script().On(Match(Op::Open).Channel(GRB_CHANNEL_2).Mode(GRB_MODE_CONTROL), Reply::Pass().Do(askMeanwhile));
+  Update();
+  Script().On(Match(Op::Open).Board(GRB_BOARD_3).Mode(GRB_MODE_ENUMERATE), Reply::Pass().Do(askMeanwhile));
+  EXPECT_GC_OK(Gc().TLUpdateInterfaceList(m_hSystem, nullptr, 0));
+  EXPECT_EQ(2U, answers.size());
+  for (std::future<bool> &answer : answers) {
+    EXPECT_TRUE(answer.get());
+  }
+}
+
 // ---------------------------------------------------------------------------------------------------------------------
 // Device information
 // ---------------------------------------------------------------------------------------------------------------------
@@ -700,46 +741,5 @@ constexpr FlagRow kFlags[] = {{-2147483647 - 1, false},
                               {0x7FFFFFFF, true}};
 
 INSTANTIATE_TEST_SUITE_P(Values, OpenFlags, testing::ValuesIn(kFlags));
-
-// Catches a flag that only IFUpdateDeviceList sets: the opening would search all channels once more.
-TEST_F(InterfaceTest, UpdateByTheRegisterCountsAsTheFirst) {
-  ASSERT_EQ(GC_ERR_SUCCESS, WriteU32(m_hInterface, 0x280, 1));
-  const size_t mark = Script().Mark();
-  OpenDevice(DEVICE_ACCESS_READONLY);
-  EXPECT_EQ(1U, Script().Count(Match(Op::Create), mark));
-}
-
-// The callback runs behind each word: a later word that is refused takes nothing back.
-TEST_F(InterfaceTest, SelectionStandsWhenTheNextWordIsRefused) {
-  Update();
-  EXPECT_GC(GC_ERR_ERROR, "Register 488 is not writable.", WriteBytes(m_hInterface, 0x484, {1, 0, 0, 0, 'X', 0, 0, 0}));
-  EXPECT_EQ(kSecond, Selected());
-  EXPECT_GC(GC_ERR_ERROR, "Register 480 is not writable.", WriteBytes(m_hInterface, 0x480, {9, 0, 0, 0, 0, 0, 0, 0}));
-  EXPECT_EQ(1U, ReadU32(m_hInterface, 0x484));
-  EXPECT_EQ(kSecond, Selected());
-}
-
-// Catches a lock of the lists that is held across the search of the hardware, which can take seconds.
-TEST_F(InterfaceTest, ListsAreAnsweredWhileADiscoveryRuns) {
-  Update();
-  const auto ask = [this] {
-    return CountDevices() == 2 && DeviceId(m_hInterface, 0).Text() == "Channel #1" &&
-           InterfaceId(m_hSystem, 0).Text() == "GL-CXP4-#1";
-  };
-  // Kept outside: one that is held up ends behind the discovery.
-  std::vector<std::future<bool>> answers;
-  const auto askMeanwhile = [&](const Call &) {
-    answers.push_back(std::async(std::launch::async, ask));
-    EXPECT_EQ(std::future_status::ready, answers.back().wait_for(kBound));
-  };
-  Script().On(Match(Op::Open).Channel(GRB_CHANNEL_2).Mode(GRB_MODE_CONTROL), Reply::Pass().Do(askMeanwhile));
-  Update();
-  Script().On(Match(Op::Open).Board(GRB_BOARD_3).Mode(GRB_MODE_ENUMERATE), Reply::Pass().Do(askMeanwhile));
-  EXPECT_GC_OK(Gc().TLUpdateInterfaceList(m_hSystem, nullptr, 0));
-  EXPECT_EQ(2U, answers.size());
-  for (std::future<bool> &answer : answers) {
-    EXPECT_TRUE(answer.get());
-  }
-}
 
 }  // namespace

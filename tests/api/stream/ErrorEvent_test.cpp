@@ -414,6 +414,8 @@ TEST_F(ErrorBlocks, ArgumentsAreCheckedInOrder) {
             Gc().EventGetDataInfo(m_hEvent, nullptr, 0, EVENT_DATA_ID, &type, answer, &size));
 }
 
+// Kills of either event -----------------------------------------------------------------------------------------------
+
 struct SecondRow {
   EVENT_TYPE type;
   GC_ERROR second;
